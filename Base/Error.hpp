@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Base/Export.hpp"
+
+#include <exception>
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+namespace Base {
+
+/// An error with texts of its own for people. A host derives from it, or throws it, when `what()` is not what a
+/// reader of the log or a user should see; any other exception type serves as well.
+class REMOTE_CODING_EXPORT DescribedError : public std::runtime_error {
+public:
+    explicit DescribedError(const std::string& description,
+                            std::optional<std::string> recoverySuggestion = std::nullopt);
+    ~DescribedError() override;
+
+    /// One sentence: what went wrong. Shown in log lines and as the message of an error alert.
+    [[nodiscard]] virtual std::string description() const;
+
+    /// What the user can do about it, when there is something to say.
+    [[nodiscard]] virtual std::optional<std::string> recoverySuggestion() const;
+
+private:
+    std::optional<std::string> recoverySuggestion_;
+};
+
+/// The text of an error for a log line: the description of a `DescribedError`, the `what()` of any other exception,
+/// "Unknown error" for what is no exception, and the empty text for a null pointer. Never throws for what the
+/// error itself does; callable from any thread.
+[[nodiscard]] REMOTE_CODING_EXPORT std::string describe(const std::exception_ptr& error) noexcept;
+
+}  // namespace Base

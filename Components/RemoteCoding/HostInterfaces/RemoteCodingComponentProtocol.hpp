@@ -1,0 +1,83 @@
+#pragma once
+
+#include "Base/Completion.hpp"
+#include "Components/RemoteCoding/HostInterfaces/CaptureComponentProtocol.hpp"
+#include "Components/RemoteCoding/HostInterfaces/RemoteCodingSessionDetails.hpp"
+#include "Components/RemoteCoding/HostInterfaces/SharedVideo.hpp"
+#include "Components/RemoteCoding/HostInterfaces/WindowProtocol.hpp"
+
+#include <exception>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace RemoteCoding {
+
+/// Everything that a host calls. Main thread only, all of it; completions are called on the main thread, never inside
+/// the call.
+class REMOTE_CODING_EXPORT RemoteCodingComponentProtocol : public HostObject {
+public:
+    /// Shows the window in which a session is started from a capture feed. Not while a session is hosted already.
+    virtual void openCreateSharingSessionWindow() = 0;
+
+    /// Shows the window in which a live session of a team is joined.
+    virtual void openJoinSharingSessionWindow() = 0;
+
+    /// Whether the timeline has a session in which edits are shared or a stream is live.
+    [[nodiscard]] virtual bool hasActiveSession(const std::string& timelineId) const = 0;
+
+    /// Whether the timeline has a session that somebody else hosts.
+    [[nodiscard]] virtual bool isActiveSessionCollaborator(const std::string& timelineId) const = 0;
+
+    [[nodiscard]] virtual std::optional<RemoteCodingSessionDetails>
+    sessionDetails(const std::string& timelineId) const = 0;
+
+    /// Publishes the running capture as a session. Without a running capture or a signed-in user nothing is created and
+    /// nothing fails. The failure is the capture component's own error; nothing has been created then.
+    virtual Base::Result<void> createNewRemoteCodingSession(
+        const std::string& name, std::shared_ptr<PublishSessionProtocol> publishSession,
+        const std::string& teamId, std::shared_ptr<CaptureDeviceProtocol> device) = 0;
+
+    /// Opens the live share and joins its session once its timeline is there, about three seconds after the host has
+    /// opened it. A host learns of it by the session's first update notification.
+    virtual void joinRemoteCodingSession(const ShareFile& shareFile, const std::string& streamName,
+                                         const std::string& tevuVideoId, const std::string& teamId,
+                                         const std::optional<std::string>& taggingSessionId) = 0;
+
+    /// The live stream of the timeline's session is over. The session goes on while its timeline is open.
+    virtual void streamEnded(const std::string& timelineId) = 0;
+
+    /// Ends the session that this user hosts, without asking.
+    virtual void endRemoteCodingSession(const std::string& timelineId) = 0;
+
+    /// Leaves the session that this user has joined, without asking.
+    virtual void exitRemoteCodingSession(const std::string& timelineId) = 0;
+
+    /// Asks, in a sheet on the window, whether to end the hosted session, and does so.
+    virtual void promptEndRemoteCodingSession(std::shared_ptr<WindowProtocol> on,
+                                              const std::string& timelineId) = 0;
+
+    /// Asks, in a sheet on the window, whether to leave the joined session, and does so.
+    virtual void promptExitRemoteCodingSession(std::shared_ptr<WindowProtocol> on,
+                                               const std::string& timelineId) = 0;
+
+    /// The manifest URL of the video; absent when it has none or the timeline has no session.
+    virtual void getManifestURL(const std::string& timelineId, const std::string& videoId,
+                                Base::Completion<std::optional<std::string>> completion) = 0;
+
+    /// Told by the player of a joined session, for each fragment of the live stream that has arrived.
+    virtual void fragmentDownloaded(const std::string& timelineId) = 0;
+    /// The player waits for fragments: with an error when something is wrong, without when the stream merely pauses.
+    virtual void fragmentDownloadPaused(std::exception_ptr with, const std::string& timelineId) = 0;
+    virtual void fragmentDownloadResumed(const std::string& timelineId) = 0;
+    virtual void fragmentDownloadDidError(std::exception_ptr error, const std::string& timelineId) = 0;
+    virtual void fragmentDownloadComplete(const std::string& timelineId) = 0;
+
+    /// The playback URL of each of these streams of the video, by stream id.
+    virtual void streamURLs(const std::string& videoId, const std::vector<std::string>& streamIds,
+                            Base::Completion<std::map<std::string, std::string>> completion) = 0;
+};
+
+}  // namespace RemoteCoding
