@@ -11,7 +11,8 @@ install(
     EXPORT RemoteCodingTargets
     LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}")
 
-foreach(header IN LISTS REMOTE_CODING_BASE_PUBLIC_HEADERS)
+get_property(base_headers GLOBAL PROPERTY REMOTE_CODING_BASE_PUBLIC_HEADERS)
+foreach(header IN LISTS base_headers)
     cmake_path(GET header PARENT_PATH folder)
     install(FILES "${PROJECT_SOURCE_DIR}/${header}" DESTINATION "${header_root}/${folder}")
 endforeach()
