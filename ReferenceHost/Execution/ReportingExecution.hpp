@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Base/ExecutionProtocol.hpp"
+#include "ReferenceHost/Trace.hpp"
+
+#include <atomic>
+#include <cstddef>
+#include <string>
+#include <utility>
+
+namespace ReferenceHost {
+
+/// What both kinds of execution share: wrong threads go to the trace, and are counted for tests to find none.
+class ReportingExecution : public Base::ExecutionProtocol {
+public:
+    /// `trace` may be null; else it outlives this object.
+    ReportingExecution(std::string host, Trace* trace) : host_(std::move(host)), trace_(trace) {}
+
+    void didCallOnWrongThread(const Base::WrongThread& report) noexcept final;
+
+    /// Any thread.
+    [[nodiscard]] std::size_t wrongThreadCount() const { return wrongThreadCount_.load(); }
+
+    /// No job of this host runs any more when this returns; those that have not run are destroyed, and so is what is
+    /// posted later. On the main thread, outside this host's jobs. The destructor does it too.
+    virtual void stop() = 0;
+
+private:
+    std::string host_;
+    Trace* trace_;
+    std::atomic<std::size_t> wrongThreadCount_{0};
+};
+
+}  // namespace ReferenceHost
