@@ -1,0 +1,83 @@
+#pragma once
+
+#include "Base/ExecutionProtocol.hpp"
+#include "Components/RemoteCoding/HostInterfaces/GraphQLTaggingSessionProtocol.hpp"
+#include "Components/RemoteCoding/HostInterfaces/SyncLibraryProtocol.hpp"
+#include "ReferenceHost/Cloud/CloudFaults.hpp"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace ReferenceHost {
+
+class CloudConnection;
+class CloudService;
+class Trace;
+
+/// How one client's network behaves. All times are on the service's scheduler.
+struct CloudClientSettings {
+    /// One way takes this long, drawn anew for each way of each call and for each event.
+    Base::Seconds leastLatency{0.02};
+    Base::Seconds mostLatency{0.08};
+    std::uint64_t seed = 1;  ///< of what is drawn
+    /// How long after the link went down what is under way and the open subscriptions notice it.
+    Base::Seconds detectionDelay{0.5};
+    Base::Seconds retryInterval{0.5};
+    /// For how long after it was first lost a write is repeated before it fails.
+    Base::Seconds shortDropLimit{12};
+};
+
+/// One host's client of the cloud: its link, its GraphQL client and its sync library.
+///
+/// Threads: every operation may be called from any thread, except where the interfaces it gives say otherwise. Their
+/// completions are called in background jobs of the host's execution, their handlers in its main thread's jobs.
+///
+/// The link: while it is down, fetches fail and writes are repeated until it is back or the limit for short drops has
+/// passed. When it goes down, what is under way on it is lost, even if it is back at once: a fetch fails, a write
+/// (which may have taken effect already) is repeated, a subscription fails. Calls made at the same time may overtake one
+/// another, the events of one subscription never do.
+///
+/// Lifetime: destroy it after the component is gone and before the execution, the trace and the service.
+/// What is under way then is dropped; the interfaces given away answer with errors from then on.
+class CloudClient {
+public:
+    CloudClient(CloudService& service, Base::ExecutionProtocol& execution, Trace& trace, std::string host,
+                CloudClientSettings settings = {});
+    ~CloudClient();
+    CloudClient(const CloudClient&) = delete;
+    CloudClient& operator=(const CloudClient&) = delete;
+
+    [[nodiscard]] std::shared_ptr<RemoteCoding::TevuGraphQLClientProtocol> graphQLClient() const;
+    [[nodiscard]] RemoteCoding::SyncLibraryProtocol& syncLibrary() const;
+
+    /// The number under which the service knows this client (`AcceptedCall::client`, `RemoteChange::client`).
+    [[nodiscard]] std::uint64_t id() const;
+
+    void setLinkUp(bool up);
+    [[nodiscard]] bool isLinkUp() const;
+
+    /// Replaces the plan; an empty one lets everything pass.
+    void setFaultPlan(FaultPlan plan);
+    void setEventFaultPlan(EventFaultPlan plan);
+
+    /// The next call of this operation that has no fault of its own yet meets this one. May be said several times ahead.
+    void faultNext(CloudOperation operation, Fault fault);
+
+    /// Every open subscription fails now, with the link up.
+    void dropSubscriptions();
+
+    /// Moments of these ids cannot be read by this client's library: they are left out of what it fetches.
+    void setUnreadable(std::vector<std::string> momentIds);
+
+    [[nodiscard]] std::size_t numberOfOpenSubscriptions() const;
+    [[nodiscard]] std::size_t numberOfCallsUnderWay() const;
+
+private:
+    std::shared_ptr<CloudConnection> connection_;
+    std::shared_ptr<RemoteCoding::TevuGraphQLClientProtocol> graphQLClient_;
+    std::unique_ptr<RemoteCoding::SyncLibraryProtocol> syncLibrary_;
+};
+
+}  // namespace ReferenceHost

@@ -1,0 +1,114 @@
+#pragma once
+
+#include "Base/Result.hpp"
+#include "Base/Synchronized.hpp"
+#include "ReferenceHost/Cloud/CloudRules.hpp"
+#include "ReferenceHost/Cloud/RemoteRecords.hpp"
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ReferenceHost {
+
+class Scheduler;
+class StoredSession;
+
+/// The cloud service that all analysts of one process share: videos with tagging sessions, each with its moments, its
+/// presentation view, and one order of all its changes.
+///
+/// Threads: every operation may be called from any thread and takes effect before it returns. Hosts reach the service
+/// through a `CloudClient`, which adds the network in between; tests may call it directly, as one more client would.
+///
+/// What may surprise: a write is told to the subscribers even when it changes nothing. One call makes one event for
+/// all its moments, except that a creation which meets moments that exist already makes two: first
+/// `momentsAdded` for the new ones, then `momentsUpdated` for the others. A moment keeps its origin whoever updates it.
+class CloudService {
+public:
+    using ClientId = std::uint64_t;
+    using SubscriberId = std::uint64_t;
+
+    /// Called for each change, in order, by whichever thread made it and while the session is locked: it may only take
+    /// the change away.
+    using Subscriber = std::function<void(ChangePointer)>;
+
+    /// `scheduler`: the service's own time and thread, on which its clients' calls arrive. It outlives the service.
+    explicit CloudService(Scheduler& scheduler);
+    ~CloudService();
+    CloudService(const CloudService&) = delete;
+    CloudService& operator=(const CloudService&) = delete;
+
+    [[nodiscard]] Scheduler& scheduler() const { return scheduler_; }
+    [[nodiscard]] CloudRules rules() const;
+    void setRules(CloudRules rules);
+
+    [[nodiscard]] ClientId addClient();
+
+    /// The identifier of the video's primary tagging session; makes it when the video has none.
+    [[nodiscard]] std::string createTaggingSession(const std::string& teamId, const std::string& videoId,
+                                                   const std::string& userId);
+
+    /// One more tagging session for the video, as an older application might have made it. Primary when it is the first.
+    std::string addTaggingSession(const std::string& teamId, const std::string& videoId,
+                                  const std::string& userId);
+
+    /// All tagging sessions of the video, the primary one first; of one user only when `createdByUserId` is given.
+    [[nodiscard]] std::vector<TaggingSessionRecord>
+    fetchTaggingSessions(const std::string& teamId, const std::string& videoId,
+                         const std::optional<std::string>& createdByUserId = std::nullopt) const;
+
+    /// The writes below fail when the video has no such tagging session.
+    [[nodiscard]] Base::Result<std::vector<std::string>>
+    createMoments(ClientId client, const std::string& videoId, const std::string& sessionId,
+                  const std::string& timelineId, const std::vector<MomentDraft>& drafts);
+    [[nodiscard]] Base::Result<bool> updateMoments(ClientId client, const std::string& videoId,
+                                                   const std::string& sessionId,
+                                                   const std::string& timelineId,
+                                                   const std::vector<MomentDraft>& drafts);
+    [[nodiscard]] Base::Result<bool> removeMoments(ClientId client, const std::string& videoId,
+                                                   const std::string& sessionId,
+                                                   const std::string& timelineId,
+                                                   const std::vector<std::string>& momentIds);
+    /// Gives the identifier of the view.
+    [[nodiscard]] Base::Result<std::string> savePresentationView(ClientId client, const std::string& videoId,
+                                                                 const std::string& sessionId,
+                                                                 const std::string& timelineId,
+                                                                 CodeList codes);
+
+    /// Tells the subscriber every change after `afterSequence` (from now on when absent), those in the past before it
+    /// returns. Fails when there is no such session.
+    [[nodiscard]] Base::Result<SubscriberId> subscribe(ClientId client, const std::string& sessionId,
+                                                       std::optional<std::uint64_t> afterSequence,
+                                                       Subscriber subscriber);
+
+    /// The subscriber is not called any more when this returns. An unknown id is ignored.
+    void unsubscribe(const std::string& sessionId, SubscriberId subscriber);
+
+    /// For checks: what the cloud holds now.
+    [[nodiscard]] std::optional<TaggingSessionRecord> snapshot(const std::string& sessionId) const;
+    [[nodiscard]] std::optional<std::string> primarySessionOf(const std::string& videoId) const;
+    /// For checks: every write so far, in the order in which it took effect.
+    [[nodiscard]] std::vector<AcceptedCall> log(const std::string& sessionId) const;
+    /// For checks: every change so far, in order.
+    [[nodiscard]] std::vector<ChangePointer> changes(const std::string& sessionId) const;
+    [[nodiscard]] std::size_t numberOfSubscribers(const std::string& sessionId) const;
+
+private:
+    std::shared_ptr<StoredSession> sessionNamed(const std::string& sessionId) const;
+    std::shared_ptr<StoredSession> sessionOfVideo(const std::string& videoId,
+                                                  const std::string& sessionId) const;
+    std::string makeSession(const std::string& videoId, const std::string& userId);
+
+    Scheduler& scheduler_;
+    Base::ObjectLock lock_;  // of the members below; a session has its own, taken after this one or alone
+    CloudRules rules_;
+    ClientId lastClient_ = 0;
+    std::map<std::string, std::shared_ptr<StoredSession>> sessions_;
+    std::map<std::string, std::vector<std::shared_ptr<StoredSession>>> sessionsByVideo_;
+};
+
+}  // namespace ReferenceHost
