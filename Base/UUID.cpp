@@ -1,0 +1,74 @@
+#include "Base/UUID.hpp"
+
+#include <cstddef>
+
+namespace Base {
+
+namespace {
+
+constexpr std::size_t textLength = 36;
+
+constexpr bool isHyphenPlace(std::size_t index) {
+    return index == 8 || index == 13 || index == 18 || index == 23;
+}
+
+constexpr std::optional<std::uint8_t> hexadecimalValue(char digit) {
+    if (digit >= '0' && digit <= '9') {
+        return static_cast<std::uint8_t>(digit - '0');
+    }
+    if (digit >= 'a' && digit <= 'f') {
+        return static_cast<std::uint8_t>(digit - 'a' + 10);
+    }
+    if (digit >= 'A' && digit <= 'F') {
+        return static_cast<std::uint8_t>(digit - 'A' + 10);
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+UUID UUID::version4(Bytes randomBytes) {
+    randomBytes[6] = static_cast<std::uint8_t>((randomBytes[6] & 0x0F) | 0x40);
+    randomBytes[8] = static_cast<std::uint8_t>((randomBytes[8] & 0x3F) | 0x80);
+    return UUID(randomBytes);
+}
+
+std::optional<UUID> UUID::parse(std::string_view text) {
+    if (text.size() != textLength) {
+        return std::nullopt;
+    }
+    Bytes bytes{};
+    std::size_t digitCount = 0;
+    for (std::size_t index = 0; index < textLength; ++index) {
+        if (isHyphenPlace(index)) {
+            if (text[index] != '-') {
+                return std::nullopt;
+            }
+            continue;
+        }
+        const auto value = hexadecimalValue(text[index]);
+        if (!value) {
+            return std::nullopt;
+        }
+        auto& byte = bytes[digitCount / 2];
+        byte = static_cast<std::uint8_t>(byte << 4 | *value);
+        ++digitCount;
+    }
+    return UUID(bytes);
+}
+
+std::string UUID::text() const {
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::string text;
+    text.reserve(textLength);
+    for (const auto byte : bytes_) {
+        if (isHyphenPlace(text.size())) {
+            text += '-';
+        }
+        text += digits[byte >> 4];
+        text += digits[byte & 0x0F];
+    }
+    return text;
+}
+
+}  // namespace Base
