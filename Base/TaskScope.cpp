@@ -1,0 +1,104 @@
+#include "Base/TaskScope.hpp"
+
+namespace Base {
+
+/// One started task.
+class TaskScope::Root final : public Detail::TaskOwner {
+public:
+    Root(TaskScope& scope, Task<void> task, FailureHandler failed)
+        : scope_(scope), task_(std::move(task)), failed_(std::move(failed)) {}
+
+    void begin(const TaskContext& context) { task_.coroutine().promise().beginOwned(context, *this); }
+
+    void run() const {
+        if (const auto coroutine = task_.coroutine()) {
+            coroutine.resume();
+        }
+    }
+
+    void drop() noexcept { task_.reset(); }
+
+    void taskDidFinish(const std::exception_ptr& error) noexcept override {
+        if (error && failed_) {
+            try {
+                failed_(error);
+            } catch (
+                ...) {  // NOLINT(bugprone-empty-catch): a failing failure handler has nobody left to tell
+            }
+        }
+        scope_.remove(*this);
+    }
+
+private:
+    TaskScope& scope_;
+    Task<void> task_;
+    FailureHandler failed_;
+};
+
+TaskScope::TaskScope() = default;
+
+TaskScope::~TaskScope() { drop(); }
+
+void TaskScope::start(ExecutionProtocol& execution, Home home, Task<void> task, FailureHandler failed) {
+    auto root = std::make_shared<Root>(*this, std::move(task), std::move(failed));
+    const TaskContext context{&execution, home};
+    root->begin(context);
+    {
+        const std::lock_guard lock(mutex_);
+        if (isDropped_) {
+            return;
+        }
+        roots_.emplace(root.get(), root);
+    }
+    try {
+        context.post([root] { root->run(); });
+    } catch (...) {
+        remove(*root);
+        throw;
+    }
+}
+
+std::size_t TaskScope::count() const {
+    const std::lock_guard lock(mutex_);
+    return roots_.size();
+}
+
+void TaskScope::whenDropped(std::function<void()> handler) {
+    const std::lock_guard lock(mutex_);
+    dropHandlers_.push_back(std::move(handler));
+}
+
+void TaskScope::drop() {
+    std::unordered_map<const Root*, std::shared_ptr<Root>> roots;
+    std::vector<std::function<void()>> handlers;
+    {
+        const std::lock_guard lock(mutex_);
+        isDropped_ = true;
+        roots.swap(roots_);
+        handlers.swap(dropHandlers_);
+    }
+    for (const auto& entry : roots) {
+        entry.second->drop();
+    }
+    for (const auto& handler : handlers) {
+        handler();
+    }
+}
+
+// Called from the last suspension of the root's coroutine. Its frame is destroyed here, at once, although the job that
+// runs it still refers to the root.
+void TaskScope::remove(Root& root) noexcept {
+    std::shared_ptr<Root> removed;
+    {
+        const std::lock_guard lock(mutex_);
+        if (const auto found = roots_.find(&root); found != roots_.end()) {
+            removed = std::move(found->second);
+            roots_.erase(found);
+        }
+    }
+    if (removed) {
+        removed->drop();
+    }
+}
+
+}  // namespace Base
