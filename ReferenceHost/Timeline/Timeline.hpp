@@ -1,0 +1,172 @@
+#pragma once
+
+#include "Base/ExecutionProtocol.hpp"
+#include "Base/Synchronized.hpp"
+#include "Components/RemoteCoding/HostInterfaces/TimelineProtocol.hpp"
+#include "ReferenceHost/Timeline/CallRecorder.hpp"
+#include "ReferenceHost/Timeline/ChangeLog.hpp"
+#include "ReferenceHost/Timeline/SnapshotList.hpp"
+#include "ReferenceHost/Timeline/TimelineInstance.hpp"
+#include "ReferenceHost/Timeline/TimelineRow.hpp"
+#include "ReferenceHost/Timeline/TimelineRules.hpp"
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ReferenceHost {
+
+/// One timeline with the editing that a user does, that the component does through `codingTarget`, and that
+/// the sync library does. Main thread only, except for what `TimelineProtocol` allows from any thread.
+///
+/// Changes. Each edit is one change: it raises `modifyCount` by one, stamps with the new count whatever is
+/// different afterwards, and is announced by one call of `didChange` when everything is in place. An edit
+/// that leaves everything as it was is none of this, nor is writing an `externalId`. What is stamped:
+/// - adding, renaming, recolouring a row: that row; adding, retiming, noting, restoring a clip: that clip;
+/// - a row that is added, moved, removed or restored: also each row whose `rowNum` shifts, because its number
+/// is part of
+///   what the row says. Otherwise a later change of a shifted row would look like a move of it;
+/// - a row that is restored: also the clips that come back with it.
+///
+/// The model takes names, notes and times as they come.
+class Timeline final : public RemoteCoding::TimelineProtocol, public std::enable_shared_from_this<Timeline> {
+public:
+    struct Options {
+        std::string uniqueId;
+        std::string title;
+        std::optional<std::string> videoId;  ///< of the video that the timeline shows
+
+        /// Makes the ids of rows and clips; never gives one twice.
+        std::function<std::string()> makeId;
+
+        /// Called on the main thread after each change, inside the edit that made it; may edit in turn.
+        std::function<void(const std::shared_ptr<Timeline>&)> didChange;
+
+        std::shared_ptr<const TimelineRules> rules;  ///< null: all are kept
+        CallRecorder recordCall;                     ///< told of the coding target's calls
+
+        /// Takes the callbacks of row insertions, to run them later on the main thread. Empty: they run at
+        /// once.
+        std::function<void(Base::Job)> postInsertionCallback;
+    };
+
+    [[nodiscard]] static std::shared_ptr<Timeline> make(Options options);
+
+    // TimelineProtocol
+    [[nodiscard]] const std::string& uniqueId() const override { return options_.uniqueId; }
+    [[nodiscard]] RemoteCoding::RowList allRows() const override;
+    [[nodiscard]] std::int64_t modifyCount() const override;
+    [[nodiscard]] std::shared_ptr<RemoteCoding::TimelineProtocol>
+    timelineFromModifyCount(std::int64_t modifyCount, bool excludeSharedInstances) const override;
+    [[nodiscard]] std::vector<std::string> deletedRowIds() const override;  ///< all that are still deleted
+    [[nodiscard]] std::vector<std::string>
+    deletedInstanceIds() const override;  ///< all that are still deleted
+    [[nodiscard]] std::shared_ptr<RemoteCoding::CodingTarget> codingTarget() override;
+
+    [[nodiscard]] const std::string& title() const { return options_.title; }
+    [[nodiscard]] const std::optional<std::string>& videoId() const { return options_.videoId; }
+
+    /// Without it `codingTarget` is null, and targets that were given out before do nothing. The user's own
+    /// edits and the sync library's are not affected.
+    void setCodingTargetAvailable(bool available) { codingTargetAvailable_ = available; }
+    [[nodiscard]] bool isCodingTargetAvailable() const { return codingTargetAvailable_; }
+
+    // What is there: null when it never was or was removed. Constant time, except by name.
+    [[nodiscard]] std::shared_ptr<TimelineRow> findRow(const std::string& rowId) const;
+    [[nodiscard]] std::shared_ptr<TimelineRow>
+    findRowNamed(const std::string& name) const;  ///< the first one
+    [[nodiscard]] std::shared_ptr<TimelineRow> rowAt(std::int64_t index) const;
+    [[nodiscard]] std::shared_ptr<TimelineInstance> findInstance(const std::string& instanceId) const;
+    [[nodiscard]] std::size_t numberOfRows() const;
+
+    // The user's edits. They give true, or what was made, when they were a change.
+
+    /// At the end without an index; an index past the end appends, one below 0 inserts at the top.
+    std::shared_ptr<TimelineRow> addRow(const std::string& name, Base::Color color,
+                                        std::optional<std::int64_t> index = std::nullopt);
+    bool renameRow(const std::string& rowId, const std::string& name);
+    bool recolorRow(const std::string& rowId, Base::Color color);
+
+    /// So that the row stands at that index of the resulting list.
+    bool moveRow(const std::string& rowId, std::int64_t to);
+
+    /// As `CodingTarget::rearrangeRowsFrom`: the indexes are a set, the rows keep their order among each
+    /// other.
+    bool rearrangeRows(const std::vector<std::int64_t>& from, std::int64_t to);
+
+    /// With all its clips.
+    bool removeRow(const std::string& rowId);
+
+    /// Undo of `removeRow`: the row comes back where it was, with the clips that went with it.
+    bool restoreRow(const std::string& rowId);
+
+    std::shared_ptr<TimelineInstance> addInstance(const std::string& rowId, double startTime, double endTime,
+                                                  const std::string& notes = {});
+    bool retimeInstance(const std::string& instanceId, double startTime, double endTime);
+    bool setInstanceNotes(const std::string& instanceId, const std::string& notes);
+    bool removeInstance(const std::string& instanceId);
+
+    /// Undo of `removeInstance`: the same clip with the same id comes back, if its row is there.
+    bool restoreInstance(const std::string& instanceId);
+
+    // What the sync library needs.
+
+    /// Adds a clip that stands for that remote moment to the first row of that name, or to a new row at the
+    /// end. One change.
+    std::shared_ptr<TimelineInstance> appendRemoteInstance(const std::string& code,
+                                                           const std::string& externalId, double startTime,
+                                                           double endTime, const std::string& notes,
+                                                           Base::Color colorForNewRow);
+
+    /// Null when there is no such clip on that row. Does not touch the `externalId`. Constant time.
+    std::shared_ptr<TimelineInstance> updateRemoteInstance(const std::string& instanceId,
+                                                           const std::string& rowId, double startTime,
+                                                           double endTime, const std::string& notes);
+
+private:
+    friend class TimelineCodingTarget;
+    friend class TimelineInstance;
+
+    using RowEntry = ChangeLog<TimelineRow>::Entry;
+    using InstanceEntry = ChangeLog<TimelineInstance>::Entry;
+    using Rows = SnapshotList<RemoteCoding::TimelineRowProtocol>::Elements;
+    enum class ChangeKind : std::uint8_t { existence, alteration };
+    class ComponentEdit;
+
+    explicit Timeline(Options options);
+
+    /// The count that the change under way is stamped with.
+    [[nodiscard]] std::int64_t nextCount(ChangeKind kind) const;
+    void finishChange(std::int64_t count);
+
+    [[nodiscard]] std::shared_ptr<TimelineRow> makeRow(const std::string& name, Base::Color color,
+                                                       std::int64_t index, std::int64_t count);
+    [[nodiscard]] std::shared_ptr<TimelineInstance> makeInstance(const std::shared_ptr<TimelineRow>& row,
+                                                                 ClipValues values, bool isShared,
+                                                                 std::int64_t count);
+    bool setInstanceValues(InstanceEntry& entry, ClipValues values);
+
+    /// Puts the rows in this order, numbers them and stamps those that shifted.
+    void setRows(Rows rows, std::int64_t count);
+    void externalIdWasWritten(const std::string& instanceId);
+
+    const Options options_;
+    const std::shared_ptr<const TimelineRules> rules_;
+    std::shared_ptr<RemoteCoding::CodingTarget> codingTarget_;
+    bool codingTargetAvailable_ = true;
+    bool componentEdits_ = false;  // while an edit of the component or the sync library runs
+    std::int64_t lastOrder_ = 0;
+
+    std::atomic<std::int64_t> modifyCount_{0};
+    ChangeLog<TimelineRow> rowLog_;
+    ChangeLog<TimelineInstance> instanceLog_;
+
+    Base::ObjectLock rowsLock_;  // guards the list; only the main thread writes it
+    SnapshotList<RemoteCoding::TimelineRowProtocol> rows_;
+};
+
+}  // namespace ReferenceHost

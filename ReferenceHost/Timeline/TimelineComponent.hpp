@@ -1,0 +1,101 @@
+#pragma once
+
+#include "Base/ExecutionProtocol.hpp"
+#include "Components/RemoteCoding/HostInterfaces/NotificationCenterProtocol.hpp"
+#include "Components/RemoteCoding/HostInterfaces/TimelineComponentProtocol.hpp"
+#include "ReferenceHost/Timeline/CallRecorder.hpp"
+#include "ReferenceHost/Timeline/Timeline.hpp"
+
+#include <exception>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ReferenceHost {
+
+/// How the opening of live shares goes. Read when a share is opened.
+struct LiveShareBehaviour {
+    std::exception_ptr refusal;          ///< set: the call fails with it at once
+    Base::Seconds openingTime{0};        ///< from the call to the completion
+    Base::Seconds timelineLag{0};        ///< from the completion to the moment when the timeline is there
+    bool completesWithoutId = false;     ///< the share could not be opened; no timeline
+    bool opensTimeline = true;           ///< false: completes with an id that no timeline has
+    bool completes = true;               ///< false: nothing is ever heard of it
+    bool completesInBackground = false;  ///< the completion is called off the main thread
+    bool completesInsideCall = false;    ///< opens the timeline and completes before the call returns
+};
+
+/// The host's open timelines. Main thread only. Made as a `std::shared_ptr`; jobs that it has posted hold it
+/// weakly.
+class TimelineComponent final : public RemoteCoding::TimelineComponentProtocol,
+                                public std::enable_shared_from_this<TimelineComponent> {
+public:
+    /// `makeId` makes the ids of timelines, rows, clips and shown videos. All must outlive the component.
+    TimelineComponent(Base::ExecutionProtocol& execution,
+                      RemoteCoding::NotificationCenterProtocol& notifications,
+                      std::function<std::string()> makeId, CallRecorder recordCall = {});
+
+    // TimelineComponentProtocol
+    [[nodiscard]] std::shared_ptr<RemoteCoding::TimelineProtocol> capturingTimeline() override;
+    [[nodiscard]] std::shared_ptr<RemoteCoding::TimelineProtocol>
+    timelineWith(const std::string& timelineId) override;
+    [[nodiscard]] std::shared_ptr<RemoteCoding::TimelineProtocol>
+    getTimelineWithVideoId(const std::string& videoId) override;
+
+    /// The timeline shows a video with a new id of this host, which is not the cloud's id of the shared
+    /// video.
+    Base::Result<void> openLiveShareWithShareFiles(
+        const std::vector<RemoteCoding::ShareFile>& shareFiles,
+        std::shared_ptr<RemoteCoding::WindowProtocol> window, std::optional<std::string> directoryURL,
+        std::function<void(std::optional<std::string> videoId)> completionHandler) override;
+
+    // The user's side.
+
+    /// Opens an empty timeline and brings it to the front. Without an id it gets a new one.
+    std::shared_ptr<Timeline> openTimeline(const std::string& title, std::optional<std::string> videoId = {},
+                                           std::optional<std::string> timelineId = {});
+
+    /// Posts `timelineDidRemove` once it cannot be found any more. False when there is no such timeline.
+    bool closeTimeline(const std::string& timelineId);
+
+    /// The live share that the timeline shows is over: posts `liveShareDidComplete`. The timeline stays open.
+    void completeLiveShare(const std::string& timelineId);
+
+    [[nodiscard]] std::shared_ptr<Timeline> findTimeline(const std::string& timelineId) const;
+    [[nodiscard]] std::vector<std::shared_ptr<Timeline>> openTimelines() const;  ///< in the order of opening
+
+    /// The timeline in which the user works; null when none is open.
+    [[nodiscard]] std::shared_ptr<Timeline> frontTimeline() const;
+    void bringToFront(const std::string& timelineId);
+
+    /// Whose capture runs; absent when nothing is captured. Closing the timeline forgets it.
+    void setCapturingTimeline(std::optional<std::string> timelineId);
+
+    /// One object for all timelines of this host, those opened before included.
+    [[nodiscard]] TimelineRules& rules() { return *rules_; }
+
+    /// The callbacks of row insertions through the coding target come later, as jobs of their own.
+    void setInsertionCallbacksComeLater(bool later) { insertionCallbacksComeLater_ = later; }
+
+    LiveShareBehaviour liveShares;
+
+private:
+    void liveShareIsOpen(const std::string& title, const LiveShareBehaviour& behaviour,
+                         const std::function<void(std::optional<std::string>)>& completionHandler);
+    [[nodiscard]] std::function<void(Base::Job)> insertionCallbackPoster();
+
+    Base::ExecutionProtocol& execution_;
+    RemoteCoding::NotificationCenterProtocol& notifications_;
+    std::function<std::string()> makeId_;
+    CallRecorder recordCall_;
+    std::shared_ptr<TimelineRules> rules_ = std::make_shared<TimelineRules>();
+    bool insertionCallbacksComeLater_ = false;
+
+    std::vector<std::shared_ptr<Timeline>> timelines_;
+    std::optional<std::string> capturingTimelineId_;
+    std::optional<std::string> frontTimelineId_;
+};
+
+}  // namespace ReferenceHost

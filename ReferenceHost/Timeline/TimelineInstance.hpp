@@ -1,0 +1,81 @@
+#pragma once
+
+#include "Base/Synchronized.hpp"
+#include "Components/RemoteCoding/HostInterfaces/TimelineProtocol.hpp"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace ReferenceHost {
+
+class TimelineRow;
+
+/// What an analyst notes with a clip. Times are seconds from the start of the video; a clip may have no
+/// length.
+struct ClipValues {
+    ClipValues() = default;
+    ClipValues(double startTime_, double endTime_, std::string notes_ = {})
+        : startTime(startTime_), endTime(endTime_), notes(std::move(notes_)) {}
+
+    double startTime = 0;
+    double endTime = 0;
+    std::string notes;
+};
+
+/// Whether both say the same. Two times that are no numbers are the same time.
+[[nodiscard]] bool operator==(const ClipValues& left, const ClipValues& right);
+
+/// One tagged clip: a live one of a timeline, or a partial timeline's detached copy of one. Written on the
+/// main thread only, read from any thread, also after it was removed.
+class TimelineInstance final : public RemoteCoding::TimelineInstanceProtocol {
+public:
+    TimelineInstance(std::string uniqueId, std::weak_ptr<TimelineRow> row, ClipValues values,
+                     std::int64_t order, bool isShared);
+
+    [[nodiscard]] const std::string& uniqueId() const override { return uniqueId_; }
+    [[nodiscard]] std::optional<std::string> externalId() const override;
+    void setExternalId(std::optional<std::string> externalId) override;
+
+    /// The row the clip is or was on. A detached copy gives the partial timeline's row while that is held.
+    [[nodiscard]] std::shared_ptr<RemoteCoding::TimelineRowProtocol> row() const override;
+
+    [[nodiscard]] double startTime() const;
+    [[nodiscard]] double endTime() const;
+    [[nodiscard]] std::string notes() const;
+
+    /// All of them at one moment: never one edit's start with another's end.
+    [[nodiscard]] ClipValues values() const;
+
+    /// Whether it came from elsewhere, by the sync library.
+    [[nodiscard]] bool isShared() const { return isShared_; }
+
+    /// The clip's place among those of its timeline: a clip that was added later has a higher one.
+    [[nodiscard]] std::int64_t order() const { return order_; }
+
+    /// A copy with the present values that nobody edits, on another row.
+    [[nodiscard]] std::shared_ptr<TimelineInstance> detachedCopy(std::weak_ptr<TimelineRow> row) const;
+
+private:
+    friend class Timeline;
+    friend class TimelineRow;
+
+    void setValues(ClipValues values);
+    /// Writes the id without telling the timeline.
+    void writeExternalId(std::optional<std::string> externalId);
+
+    const std::string uniqueId_;
+    const std::weak_ptr<TimelineRow> row_;
+    const std::int64_t order_;
+    const bool isShared_;
+
+    Base::ObjectLock lock_;  // guards the next two
+    ClipValues values_;
+    std::optional<std::string> externalId_;
+
+    bool onRow_ = true;  // guarded by the row's lock
+};
+
+}  // namespace ReferenceHost
