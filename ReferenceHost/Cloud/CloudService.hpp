@@ -104,9 +104,11 @@ private:
     std::string makeSession(const std::string& videoId, const std::string& userId);
 
     Scheduler& scheduler_;
-    Base::ObjectLock lock_;  // of the members below; a session has its own, taken after this one or alone
+    Base::ObjectLock
+        lock_;  // of the members below; a session has a lock of its own, never taken together with it
     CloudRules rules_;
     ClientId lastClient_ = 0;
+    SubscriberId lastSubscriber_ = 0;
     std::map<std::string, std::shared_ptr<StoredSession>> sessions_;
     std::map<std::string, std::vector<std::shared_ptr<StoredSession>>> sessionsByVideo_;
 };

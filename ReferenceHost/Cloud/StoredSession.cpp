@@ -1,0 +1,248 @@
+#include "ReferenceHost/Cloud/StoredSession.hpp"
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace ReferenceHost {
+
+using RemoteCoding::TaggingSessionChangeType;
+
+namespace {
+
+MomentPointer updated(const MomentRecord& moment, const MomentDraft& draft) {
+    auto result = std::make_shared<MomentRecord>(moment);
+    result->code = draft.code.value_or(moment.code);
+    result->codeColor = draft.codeColor.value_or(moment.codeColor);
+    result->start = draft.start;
+    result->end = draft.end;
+    result->notes = draft.notes;
+    return result;
+}
+
+// Identifiers in the order of their first mention.
+class DistinctIds {
+public:
+    void add(const std::string& id) {
+        if (seen_.insert(id).second) {
+            ids_.push_back(id);
+        }
+    }
+    [[nodiscard]] bool contains(const std::string& id) const { return seen_.contains(id); }
+    [[nodiscard]] const std::vector<std::string>& inOrder() const { return ids_; }
+
+private:
+    std::unordered_set<std::string> seen_;
+    std::vector<std::string> ids_;
+};
+
+}  // namespace
+
+StoredSession::StoredSession(std::string id, std::string videoId, std::string userId)
+    : id_(std::move(id)), videoId_(std::move(videoId)), userId_(std::move(userId)) {}
+
+std::vector<std::string> StoredSession::createMoments(const CloudRules& rules, CloudService::ClientId client,
+                                                      const std::string& timelineId,
+                                                      const std::vector<MomentDraft>& drafts) {
+    return Base::synchronized(lock_, [&] {
+        const std::uint64_t before = changes_.size();
+        std::vector<std::string> answer;
+        answer.reserve(drafts.size());
+        DistinctIds created;
+        DistinctIds repeated;
+        for (const MomentDraft& draft : drafts) {
+            const auto known = idsByOrigin_.find(Origin(timelineId, draft.instanceId));
+            if (rules.createIsIdempotent && known != idsByOrigin_.end()) {
+                const std::string momentId = known->second;
+                MomentPointer& moment = *find(momentId);
+                moment = updated(*moment, draft);
+                if (!created.contains(momentId)) {
+                    repeated.add(momentId);
+                }
+                answer.push_back(momentId);
+            } else {
+                answer.push_back(add(timelineId, draft));
+                created.add(answer.back());
+            }
+        }
+        tellMoments(rules, client, TaggingSessionChangeType::momentsAdded, stateOf(created.inOrder()));
+        tellMoments(rules, client, TaggingSessionChangeType::momentsUpdated, stateOf(repeated.inOrder()));
+        log_.push_back(AcceptedCall{CloudOperation::createMoments, client, timelineId, before,
+                                    changes_.size(), drafts, answer, nullptr});
+        return answer;
+    });
+}
+
+bool StoredSession::updateMoments(const CloudRules& rules, CloudService::ClientId client,
+                                  const std::string& timelineId, const std::vector<MomentDraft>& drafts) {
+    return Base::synchronized(lock_, [&] {
+        const std::uint64_t before = changes_.size();
+        DistinctIds found;
+        bool allFound = true;
+        for (const MomentDraft& draft : drafts) {
+            MomentPointer* moment = draft.externalId ? find(*draft.externalId) : nullptr;
+            if (moment == nullptr) {
+                allFound = false;
+                continue;
+            }
+            *moment = updated(**moment, draft);
+            found.add(*draft.externalId);
+        }
+        tellMoments(rules, client, TaggingSessionChangeType::momentsUpdated, stateOf(found.inOrder()));
+        log_.push_back(AcceptedCall{
+            CloudOperation::updateMoments, client, timelineId, before, changes_.size(), drafts, {}, nullptr});
+        return allFound || rules.unknownIdsAreIgnored;
+    });
+}
+
+bool StoredSession::removeMoments(const CloudRules& rules, CloudService::ClientId client,
+                                  const std::string& timelineId, const std::vector<std::string>& momentIds) {
+    return Base::synchronized(lock_, [&] {
+        const std::uint64_t before = changes_.size();
+        std::vector<MomentPointer> removed;
+        for (const std::string& momentId : momentIds) {
+            if (const MomentPointer* moment = find(momentId)) {
+                removed.push_back(*moment);
+                remove(momentId);
+            }
+        }
+        const bool allFound = removed.size() == momentIds.size();
+        tellMoments(rules, client, TaggingSessionChangeType::momentsDeleted, std::move(removed));
+        log_.push_back(AcceptedCall{CloudOperation::removeMoments,
+                                    client,
+                                    timelineId,
+                                    before,
+                                    changes_.size(),
+                                    {},
+                                    momentIds,
+                                    nullptr});
+        return allFound || rules.unknownIdsAreIgnored;
+    });
+}
+
+void StoredSession::savePresentationView(const CloudRules& rules, CloudService::ClientId client,
+                                         const std::string& timelineId, CodeList codes) {
+    Base::synchronized(lock_, [&] {
+        const std::uint64_t before = changes_.size();
+        presentationView_ = codes;
+        RemoteChange change;
+        change.client = client;
+        change.type = TaggingSessionChangeType::presentationViewUpdated;
+        change.presentationView = codes;
+        tell(rules, std::move(change));
+        log_.push_back(AcceptedCall{CloudOperation::savePresentationView,
+                                    client,
+                                    timelineId,
+                                    before,
+                                    changes_.size(),
+                                    {},
+                                    {},
+                                    std::move(codes)});
+    });
+}
+
+void StoredSession::subscribe(CloudService::SubscriberId id, CloudService::ClientId client,
+                              std::optional<std::uint64_t> afterSequence, CloudService::Subscriber subscriber,
+                              const CloudRules& rules) {
+    Base::synchronized(lock_, [&] {
+        const std::uint64_t now = changes_.size();
+        for (std::uint64_t sequence = std::min(afterSequence.value_or(now), now); sequence < now;
+             ++sequence) {
+            const ChangePointer& change = changes_[sequence];
+            if (rules.senderIsTold || change->client != client) {
+                subscriber(change);
+            }
+        }
+        followers_[id] = Follower{client, std::move(subscriber)};
+    });
+}
+
+void StoredSession::unsubscribe(CloudService::SubscriberId id) {
+    // Let go of outside the lock: what a subscriber holds may come back here when it is destroyed.
+    const auto node = Base::synchronized(lock_, [&] { return followers_.extract(id); });
+}
+
+TaggingSessionRecord StoredSession::record() const {
+    return Base::synchronized(lock_, [&] {
+        TaggingSessionRecord record;
+        record.id = id_;
+        record.videoId = videoId_;
+        record.createdByUserId = userId_;
+        record.moments.assign(moments_.begin(), moments_.end());
+        record.presentationView = presentationView_;
+        record.sequence = changes_.size();
+        return record;
+    });
+}
+
+std::vector<AcceptedCall> StoredSession::log() const {
+    return Base::synchronized(lock_, [&] { return log_; });
+}
+
+std::vector<ChangePointer> StoredSession::changes() const {
+    return Base::synchronized(lock_, [&] { return changes_; });
+}
+
+std::size_t StoredSession::numberOfSubscribers() const {
+    return Base::synchronized(lock_, [&] { return followers_.size(); });
+}
+
+MomentPointer* StoredSession::find(const std::string& momentId) {
+    const auto found = momentsById_.find(momentId);
+    return found == momentsById_.end() ? nullptr : &*found->second;
+}
+
+std::string StoredSession::add(const std::string& timelineId, const MomentDraft& draft) {
+    MomentRecord moment;
+    moment.id = id_ + ".moment-" + std::to_string(++lastMoment_);
+    moment.originTimelineId = timelineId;
+    moment.originInstanceId = draft.instanceId;
+    moments_.push_back(updated(moment, draft));
+    momentsById_[moment.id] = std::prev(moments_.end());
+    idsByOrigin_[Origin(timelineId, draft.instanceId)] = moment.id;
+    return moment.id;
+}
+
+void StoredSession::remove(const std::string& momentId) {
+    const auto found = momentsById_.find(momentId);
+    const MomentPointer moment = *found->second;
+    moments_.erase(found->second);
+    momentsById_.erase(found);
+    const auto origin = idsByOrigin_.find(Origin(moment->originTimelineId, moment->originInstanceId));
+    if (origin != idsByOrigin_.end() && origin->second == momentId) {
+        idsByOrigin_.erase(origin);
+    }
+}
+
+std::vector<MomentPointer> StoredSession::stateOf(const std::vector<std::string>& momentIds) {
+    std::vector<MomentPointer> moments;
+    moments.reserve(momentIds.size());
+    for (const std::string& momentId : momentIds) {
+        moments.push_back(*find(momentId));
+    }
+    return moments;
+}
+
+void StoredSession::tellMoments(const CloudRules& rules, CloudService::ClientId client,
+                                TaggingSessionChangeType type, std::vector<MomentPointer> moments) {
+    if (moments.empty()) {
+        return;
+    }
+    RemoteChange change;
+    change.client = client;
+    change.type = type;
+    change.moments = std::move(moments);
+    tell(rules, std::move(change));
+}
+
+void StoredSession::tell(const CloudRules& rules, RemoteChange change) {
+    change.sequence = changes_.size() + 1;
+    const auto told = std::make_shared<const RemoteChange>(std::move(change));
+    changes_.push_back(told);
+    for (const auto& [id, follower] : followers_) {
+        if (rules.senderIsTold || follower.client != told->client) {
+            follower.subscriber(told);
+        }
+    }
+}
+
+}  // namespace ReferenceHost
