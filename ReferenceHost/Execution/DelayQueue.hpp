@@ -9,6 +9,7 @@
 #include <map>
 #include <optional>
 #include <utility>
+#include <vector>
 
 namespace ReferenceHost {
 
@@ -55,15 +56,19 @@ public:
         return std::move(items_.extract(items_.begin()).mapped());
     }
 
-    /// Takes out some item for which the condition holds; absent when it holds for none.
+    /// Takes out all items for which the condition holds.
     template <typename Condition>
-    [[nodiscard]] std::optional<Item> takeIf(Condition condition) {
-        const auto found = std::find_if(items_.begin(), items_.end(),
-                                        [&](const auto& entry) { return condition(entry.second); });
-        if (found == items_.end()) {
-            return std::nullopt;
+    [[nodiscard]] std::vector<Item> takeAll(Condition condition) {
+        std::vector<Item> taken;
+        for (auto entry = items_.begin(); entry != items_.end();) {
+            if (condition(entry->second)) {
+                taken.push_back(std::move(entry->second));
+                entry = items_.erase(entry);
+            } else {
+                ++entry;
+            }
         }
-        return std::move(items_.extract(found).mapped());
+        return taken;
     }
 
     [[nodiscard]] std::optional<Instant> nextDue() const {

@@ -5,9 +5,11 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <thread>
 
 namespace ReferenceHost {
@@ -41,12 +43,13 @@ public:
     [[nodiscard]] bool isLoopThread() const noexcept;
 
 private:
+    class Run;
     enum class Step : std::uint8_t { ranJob, stopped, waited };
-    Step step(Instant until);
-    void enter();
+    Step step(std::optional<Instant> until);
+    void joinDueJobs();
 
     std::atomic<std::thread::id> thread_;
-    bool isRunning_ = false;  // of the loop's thread
+    std::atomic<bool> isRunning_{false};
 
     std::mutex mutex_;  // guards what follows
     std::condition_variable changed_;

@@ -40,7 +40,10 @@ public:
 private:
     friend class VirtualTime;
 
-    VirtualTime* time_;  // null once closed
+    void leaveTime();
+
+    VirtualTime* time_;  // null when it is gone
+    bool isClosed_ = false;
     std::deque<Base::Job> jobs_;
 };
 

@@ -48,7 +48,7 @@ public:
     [[nodiscard]] bool runUntil(const std::function<bool()>& predicate, Base::Seconds limit);
 
     /// So many jobs at one and the same moment are taken for an endless loop: `std::runtime_error`.
-    void setMaximumJobsPerMoment(std::size_t maximum) { maximumJobsPerMoment_ = maximum; }
+    void setMaximumJobsPerInstant(std::size_t maximum) { maximumJobsPerInstant_ = maximum; }
 
     /// The jobs that have run so far.
     [[nodiscard]] std::uint64_t jobCount() const { return jobCount_; }
@@ -66,7 +66,6 @@ private:
     Outcome run(const std::function<bool()>& predicate, Instant deadline);
     void runHeadOfSomeLane();
     void advance(Instant moment);
-    void countJob();
 
     Instant now_{0};
     SeededRandom random_;
@@ -76,8 +75,8 @@ private:
     const VirtualLane* runningLane_ = nullptr;
     bool isRunningJob_ = false;
     std::uint64_t jobCount_ = 0;
-    std::size_t jobsAtThisMoment_ = 0;
-    std::size_t maximumJobsPerMoment_ = 10'000'000;
+    std::size_t jobsAtThisInstant_ = 0;
+    std::size_t maximumJobsPerInstant_ = 10'000'000;
 };
 
 }  // namespace ReferenceHost

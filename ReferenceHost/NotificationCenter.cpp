@@ -1,0 +1,95 @@
+#include "ReferenceHost/NotificationCenter.hpp"
+
+#include "Base/Error.hpp"
+
+#include <exception>
+#include <utility>
+#include <vector>
+
+namespace ReferenceHost {
+
+using RemoteCoding::HostObject;
+using RemoteCoding::Notification;
+
+struct NotificationCenter::Registration {
+    Registration(std::string name_, const std::shared_ptr<HostObject>& object_, Observer observer_)
+        : name(std::move(name_)),
+          object(object_),
+          isAboutAnything(object_ == nullptr),
+          observer(std::move(observer_)) {}
+
+    [[nodiscard]] bool wants(const Notification& notification) const {
+        return name == notification.name &&
+               (isAboutAnything || (notification.object != nullptr && object.lock() == notification.object));
+    }
+
+    std::string name;
+    std::weak_ptr<HostObject> object;
+    bool isAboutAnything;
+    Observer observer;
+};
+
+NotificationCenter::NotificationCenter(std::string host, Trace* trace)
+    : host_(std::move(host)), trace_(trace) {}
+
+NotificationCenter::~NotificationCenter() = default;
+
+NotificationCenter::ObserverId NotificationCenter::addObserver(const std::string& name,
+                                                               std::shared_ptr<HostObject> object,
+                                                               Observer observer) {
+    auto registration = std::make_shared<Registration>(name, object, std::move(observer));
+    const std::lock_guard lock(mutex_);
+    const ObserverId id = ++lastId_;
+    registrations_.emplace(id, std::move(registration));
+    return id;
+}
+
+void NotificationCenter::removeObserver(ObserverId observer) {
+    std::shared_ptr<Registration> destroyedAfterTheLock;
+    const std::lock_guard lock(mutex_);
+    if (const auto found = registrations_.find(observer); found != registrations_.end()) {
+        destroyedAfterTheLock = std::move(found->second);
+        registrations_.erase(found);
+    }
+}
+
+void NotificationCenter::post(const Notification& notification) {
+    if (trace_ != nullptr && trace_->isRecording()) {
+        trace_->record(host_, TraceKind::notification, {{"name", notification.name}});
+    }
+    std::vector<ObserverId> ids;
+    {
+        const std::lock_guard lock(mutex_);
+        for (const auto& [id, registration] : registrations_) {
+            if (registration->wants(notification)) {
+                ids.push_back(id);
+            }
+        }
+    }
+    for (const ObserverId id : ids) {
+        std::shared_ptr<Registration> registration;
+        {
+            const std::lock_guard lock(mutex_);
+            if (const auto found = registrations_.find(id); found != registrations_.end()) {
+                registration = found->second;
+            }
+        }
+        if (registration != nullptr) {
+            tell(*registration, notification);
+        }
+    }
+}
+
+void NotificationCenter::tell(const Registration& registration, const Notification& notification) noexcept {
+    try {
+        registration.observer(notification);
+    } catch (...) {
+        if (trace_ != nullptr) {
+            trace_->record(
+                host_, TraceKind::observerFailed,
+                {{"name", notification.name}, {"error", Base::describe(std::current_exception())}});
+        }
+    }
+}
+
+}  // namespace ReferenceHost
