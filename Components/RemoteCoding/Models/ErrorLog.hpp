@@ -21,7 +21,7 @@ namespace RemoteCoding {
     return path.substr(0, path.find('.', nameStart));
 }
 
-/// Writes an error line. Any thread; not while a lock is held. `function` is the operation with its argument labels, for
+/// Writes an error line. Any thread. `function` is the operation with its argument labels, for
 /// example "cacheInstances(instances:)"; `detail` is the description of the error behind it, or empty.
 inline void logError(LogManagerProtocol& log, std::string_view message, std::string_view detail,
                      std::string_view function,

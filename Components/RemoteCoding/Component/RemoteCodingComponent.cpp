@@ -1,0 +1,131 @@
+#include "Components/RemoteCoding/Component/RemoteCodingComponent.hpp"
+
+#include "Components/RemoteCoding/Component/EnvironmentGate.hpp"
+#include "Components/RemoteCoding/Component/HostCalls.hpp"
+#include "Components/RemoteCoding/Models/RemoteCodingSession.hpp"
+#include "Components/RemoteCoding/Services/TimelineUploadService.hpp"
+
+#include <algorithm>
+#include <mutex>
+#include <stdexcept>
+#include <utility>
+
+namespace RemoteCoding {
+
+namespace {
+
+struct Process {
+    std::mutex mutex;
+    HostEnvironment* environment = nullptr;
+    std::shared_ptr<RemoteCodingComponent> component;
+};
+
+// Never destroyed: when static objects go, the host's environment is long gone.
+Process& process() {
+    static auto& process = *new Process;
+    return process;
+}
+
+}  // namespace
+
+void RemoteCodingComponent::installHost(HostEnvironment& environment) {
+    auto& shared = process();
+    const std::lock_guard guard(shared.mutex);
+    if (shared.component && shared.environment != &environment) {
+        throw std::logic_error(
+            "The shared remote coding component already lives on another host environment");
+    }
+    shared.environment = &environment;
+}
+
+void RemoteCodingComponent::uninstallHost() {
+    auto& shared = process();
+    std::shared_ptr<RemoteCodingComponent> released;  // after the lock: its end calls the host
+    const std::lock_guard guard(shared.mutex);
+    shared.environment = nullptr;
+    released.swap(shared.component);
+}
+
+std::shared_ptr<RemoteCodingComponent> RemoteCodingComponent::shared() {
+    auto& shared = process();
+    const std::lock_guard guard(shared.mutex);
+    if (!shared.component) {
+        if (shared.environment == nullptr) {
+            throw std::logic_error(
+                "RemoteCodingComponent::installHost must be called before RemoteCodingComponent::shared");
+        }
+        shared.component = make(*shared.environment);
+    }
+    return shared.component;
+}
+
+std::shared_ptr<RemoteCodingComponent> RemoteCodingComponent::make(HostEnvironment& environment) {
+    checkIsMainThread(environment, "init()");
+    const std::shared_ptr<RemoteCodingComponent> component(new RemoteCodingComponent(environment));
+    component->observe(TimelineNotifications::timelineDidRemove, &RemoteCodingComponent::timelineDidClose);
+    component->observe(TimelineNotifications::liveShareDidComplete,
+                       &RemoteCodingComponent::liveShareDidComplete);
+    component->observe(Notifications::streamStatusChanged, &RemoteCodingComponent::streamStatusChanged);
+    return component;
+}
+
+RemoteCodingComponent::RemoteCodingComponent(HostEnvironment& environment)
+    : environment_(environment), gate_(std::make_shared<EnvironmentGate>(environment)) {}
+
+RemoteCodingComponent::~RemoteCodingComponent() {
+    gate_->close();
+    for (const auto observer : observers_) {
+        guarded(environment_, "deinit", [&] { environment_.notificationCenter.removeObserver(observer); });
+    }
+}
+
+std::shared_ptr<RemoteCodingSession> RemoteCodingComponent::session(const std::string& timelineId) const {
+    const auto found = remoteCodingSessionsByTimelineId_.find(timelineId);
+    return found != remoteCodingSessionsByTimelineId_.end() ? found->second : nullptr;
+}
+
+std::optional<std::string> RemoteCodingComponent::hostSessionTimelineId() const {
+    const auto found = std::ranges::find_if(remoteCodingSessionsByTimelineId_,
+                                            [](const auto& entry) { return entry.second->isHost; });
+    return found != remoteCodingSessionsByTimelineId_.end() ? std::optional(found->first) : std::nullopt;
+}
+
+bool RemoteCodingComponent::hasHostSession() const { return hostSessionTimelineId().has_value(); }
+
+bool RemoteCodingComponent::hasActiveSession(const std::string& timelineId) const {
+    checkIsMainThread(environment_, "hasActiveSession(timelineId:)");
+    const auto session = this->session(timelineId);
+    if (!session || session->status == RemoteCodingSessionStatus::ended) {
+        return false;
+    }
+    // Without a live stream, what is left of a session is the sharing of its timeline.
+    return session->status != RemoteCodingSessionStatus::streamEnded || session->timelineUploadService;
+}
+
+bool RemoteCodingComponent::isActiveSessionCollaborator(const std::string& timelineId) const {
+    checkIsMainThread(environment_, "isActiveSessionCollaborator(timelineId:)");
+    const auto session = this->session(timelineId);
+    return session && !session->isHost;
+}
+
+std::optional<RemoteCodingSessionDetails>
+RemoteCodingComponent::sessionDetails(const std::string& timelineId) const {
+    checkIsMainThread(environment_, "sessionDetails(timelineId:)");
+    const auto session = this->session(timelineId);
+    return session ? std::optional(session->details()) : std::nullopt;
+}
+
+std::optional<SynchronisationStatus>
+RemoteCodingComponent::synchronisationStatus(const std::string& timelineId) const {
+    checkIsMainThread(environment_, "synchronisationStatus(timelineId:)");
+    std::shared_ptr<TimelineUploadService> synchroniser;
+    if (const auto session = this->session(timelineId)) {
+        synchroniser = session->timelineUploadService;
+    } else if (const auto ended = endedSynchronisersByTimelineId_.find(timelineId);
+               ended != endedSynchronisersByTimelineId_.end()) {
+        synchroniser = ended->second.lock();
+    }
+    return synchroniser ? std::optional(synchroniser->status()) : std::nullopt;
+}
+
+}  // namespace RemoteCoding
