@@ -7,9 +7,10 @@
 
 namespace ReferenceHost {
 
-/// Told of each call that the component makes, with its arguments as text, before the call takes effect. May
-/// be empty.
-using CallRecorder =
-    std::function<void(const char* call, std::vector<std::pair<std::string, std::string>> arguments)>;
+/// A call's arguments, by label and as text.
+using CallArguments = std::vector<std::pair<std::string, std::string>>;
+
+/// Told of each call that the component makes, before the call takes effect. May be empty.
+using CallRecorder = std::function<void(const char* call, CallArguments arguments)>;
 
 }  // namespace ReferenceHost

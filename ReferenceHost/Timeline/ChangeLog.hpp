@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <iterator>
 #include <list>
 #include <memory>
 #include <stdexcept>
@@ -58,6 +59,17 @@ public:
     void didChange(Entry& entry, std::int64_t stamp) {
         entry.stamp = stamp;
         entries_.splice(entries_.end(), entries_, entry.self);
+    }
+
+    void didRemove(Entry& entry, std::int64_t stamp) {
+        didChange(entry, stamp);
+        entry.removed = true;
+        entry.removalStamp = stamp;
+    }
+
+    void didRestore(Entry& entry, std::int64_t stamp) {
+        didChange(entry, stamp);
+        entry.removed = false;
     }
 
     /// Calls `visit` with each entry that changed at `count` or later, in the order of the changes.

@@ -11,6 +11,7 @@
 #include "ReferenceHost/Timeline/TimelineRules.hpp"
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -27,9 +28,8 @@ namespace ReferenceHost {
 /// different afterwards, and is announced by one call of `didChange` when everything is in place. An edit
 /// that leaves everything as it was is none of this, nor is writing an `externalId`. What is stamped:
 /// - adding, renaming, recolouring a row: that row; adding, retiming, noting, restoring a clip: that clip;
-/// - a row that is added, moved, removed or restored: also each row whose `rowNum` shifts, because its number
-/// is part of
-///   what the row says. Otherwise a later change of a shifted row would look like a move of it;
+/// - a row that is added, moved, removed or restored: also each row whose `rowNum` shifts. Its number is part
+///   of what the row says; unstamped, it would look moved whenever it changes next;
 /// - a row that is restored: also the clips that come back with it.
 ///
 /// The model takes names, notes and times as they come.
@@ -49,9 +49,8 @@ public:
         std::shared_ptr<const TimelineRules> rules;  ///< null: all are kept
         CallRecorder recordCall;                     ///< told of the coding target's calls
 
-        /// Takes the callbacks of row insertions, to run them later on the main thread. Empty: they run at
-        /// once.
-        std::function<void(Base::Job)> postInsertionCallback;
+        /// Runs the callbacks of the coding target's row insertions on the main thread. Empty: at once.
+        std::function<void(Base::Job)> runInsertionCallback;
     };
 
     [[nodiscard]] static std::shared_ptr<Timeline> make(Options options);
@@ -62,9 +61,11 @@ public:
     [[nodiscard]] std::int64_t modifyCount() const override;
     [[nodiscard]] std::shared_ptr<RemoteCoding::TimelineProtocol>
     timelineFromModifyCount(std::int64_t modifyCount, bool excludeSharedInstances) const override;
-    [[nodiscard]] std::vector<std::string> deletedRowIds() const override;  ///< all that are still deleted
-    [[nodiscard]] std::vector<std::string>
-    deletedInstanceIds() const override;  ///< all that are still deleted
+
+    // Of a whole timeline: all that were ever deleted and still are.
+    [[nodiscard]] std::vector<std::string> deletedRowIds() const override;
+    [[nodiscard]] std::vector<std::string> deletedInstanceIds() const override;
+
     [[nodiscard]] std::shared_ptr<RemoteCoding::CodingTarget> codingTarget() override;
 
     [[nodiscard]] const std::string& title() const { return options_.title; }
@@ -75,10 +76,9 @@ public:
     void setCodingTargetAvailable(bool available) { codingTargetAvailable_ = available; }
     [[nodiscard]] bool isCodingTargetAvailable() const { return codingTargetAvailable_; }
 
-    // What is there: null when it never was or was removed. Constant time, except by name.
+    // What is there: null when it never was or was removed. Constant time; the first row of a name is searched.
     [[nodiscard]] std::shared_ptr<TimelineRow> findRow(const std::string& rowId) const;
-    [[nodiscard]] std::shared_ptr<TimelineRow>
-    findRowNamed(const std::string& name) const;  ///< the first one
+    [[nodiscard]] std::shared_ptr<TimelineRow> findRowNamed(const std::string& name) const;
     [[nodiscard]] std::shared_ptr<TimelineRow> rowAt(std::int64_t index) const;
     [[nodiscard]] std::shared_ptr<TimelineInstance> findInstance(const std::string& instanceId) const;
     [[nodiscard]] std::size_t numberOfRows() const;
@@ -129,13 +129,13 @@ public:
 
 private:
     friend class TimelineCodingTarget;
+    friend class TimelineComponentEdit;
     friend class TimelineInstance;
 
     using RowEntry = ChangeLog<TimelineRow>::Entry;
     using InstanceEntry = ChangeLog<TimelineInstance>::Entry;
     using Rows = SnapshotList<RemoteCoding::TimelineRowProtocol>::Elements;
     enum class ChangeKind : std::uint8_t { existence, alteration };
-    class ComponentEdit;
 
     explicit Timeline(Options options);
 
@@ -145,10 +145,9 @@ private:
 
     [[nodiscard]] std::shared_ptr<TimelineRow> makeRow(const std::string& name, Base::Color color,
                                                        std::int64_t index, std::int64_t count);
-    [[nodiscard]] std::shared_ptr<TimelineInstance> makeInstance(const std::shared_ptr<TimelineRow>& row,
-                                                                 ClipValues values, bool isShared,
-                                                                 std::int64_t count);
-    bool setInstanceValues(InstanceEntry& entry, ClipValues values);
+    bool setValues(InstanceEntry& entry, ClipValues values);
+    [[nodiscard]] bool wentWithItsRow(const InstanceEntry& entry) const;
+    void insertIntoRows(std::shared_ptr<TimelineRow> row, std::int64_t index, std::int64_t count);
 
     /// Puts the rows in this order, numbers them and stamps those that shifted.
     void setRows(Rows rows, std::int64_t count);

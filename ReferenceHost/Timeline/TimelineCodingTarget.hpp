@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Components/RemoteCoding/HostInterfaces/TimelineProtocol.hpp"
+#include "ReferenceHost/Timeline/CallRecorder.hpp"
 
 #include <cstdint>
 #include <functional>
@@ -28,7 +29,8 @@ public:
     void removeInstanceWithRowId(const std::string& rowId, const std::string& instanceId) override;
 
 private:
-    [[nodiscard]] std::shared_ptr<Timeline> editableTimeline() const;
+    template <typename Edit>
+    void edit(const char* call, CallArguments arguments, const Edit& edit);
 
     std::weak_ptr<Timeline> timeline_;
 };

@@ -76,22 +76,21 @@ public:
     /// One object for all timelines of this host, those opened before included.
     [[nodiscard]] TimelineRules& rules() { return *rules_; }
 
-    /// The callbacks of row insertions through the coding target come later, as jobs of their own.
-    void setInsertionCallbacksComeLater(bool later) { insertionCallbacksComeLater_ = later; }
-
     LiveShareBehaviour liveShares;
+
+    /// The callbacks of row insertions through the coding target come as main-thread jobs of their own.
+    bool insertionCallbacksComeLater = false;
 
 private:
     void liveShareIsOpen(const std::string& title, const LiveShareBehaviour& behaviour,
                          const std::function<void(std::optional<std::string>)>& completionHandler);
-    [[nodiscard]] std::function<void(Base::Job)> insertionCallbackPoster();
+    void timelineDidChange(const std::shared_ptr<Timeline>& timeline);
 
     Base::ExecutionProtocol& execution_;
     RemoteCoding::NotificationCenterProtocol& notifications_;
     std::function<std::string()> makeId_;
     CallRecorder recordCall_;
     std::shared_ptr<TimelineRules> rules_ = std::make_shared<TimelineRules>();
-    bool insertionCallbacksComeLater_ = false;
 
     std::vector<std::shared_ptr<Timeline>> timelines_;
     std::optional<std::string> capturingTimelineId_;

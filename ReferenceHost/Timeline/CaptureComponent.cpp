@@ -1,0 +1,79 @@
+#include "ReferenceHost/Timeline/CaptureComponent.hpp"
+
+#include "Base/Error.hpp"
+
+namespace ReferenceHost {
+
+using RemoteCoding::Notification;
+using RemoteCoding::StreamingStatus;
+
+CaptureComponent::CaptureComponent(Base::ExecutionProtocol& execution,
+                                   RemoteCoding::NotificationCenterProtocol& notifications,
+                                   CallRecorder recordCall)
+    : execution_(execution), notifications_(notifications), recordCall_(std::move(recordCall)) {}
+
+Base::Result<void> CaptureComponent::captureToTevuLibraryWithPublishSession(
+    std::shared_ptr<RemoteCoding::PublishSessionProtocol> publishSession, const std::string& teamId,
+    std::shared_ptr<RemoteCoding::CaptureDeviceProtocol> device) {
+    if (recordCall_) {
+        recordCall_("captureToTevuLibraryWithPublishSession",
+                    {{"videoId", publishSession ? publishSession->videoId() : std::string()},
+                     {"teamId", teamId},
+                     {"device", device ? device->localizedName() : std::string()}});
+    }
+    if (refusal) {
+        return Base::Result<void>::failure(refusal);
+    }
+    if (!isCapturing_) {
+        return Base::failure<void>(Base::DescribedError("Nothing is captured.", "Start the capture first."));
+    }
+    publication_ = Publication{std::move(publishSession), teamId, std::move(device), std::nullopt};
+    ++publicationNumber_;
+    postLater(Base::Seconds(0), StreamingStatus::starting);
+    postLater(connectingTime, StreamingStatus::live);
+    return {};
+}
+
+void CaptureComponent::stopCapturing() {
+    isCapturing_ = false;
+    stopPublishing();
+}
+
+void CaptureComponent::stopPublishing() {
+    if (!publication_) {
+        return;
+    }
+    publication_.reset();
+    post(StreamingStatus::stopped);
+}
+
+void CaptureComponent::interruptStream() {
+    if (publication_) {
+        post(StreamingStatus::interrupted);
+    }
+}
+
+void CaptureComponent::resumeStream() {
+    if (publication_) {
+        post(StreamingStatus::live);
+    }
+}
+
+void CaptureComponent::post(StreamingStatus status) {
+    if (publication_) {
+        publication_->status = status;
+    }
+    notifications_.post(Notification(RemoteCoding::Notifications::streamStatusChanged, shared_from_this(),
+                                     {{"status", status}}));
+}
+
+void CaptureComponent::postLater(Base::Seconds delay, StreamingStatus status) {
+    execution_.postToMainAfter(delay, [weakSelf = weak_from_this(), number = publicationNumber_, status] {
+        const auto self = weakSelf.lock();
+        if (self && self->publication_ && self->publicationNumber_ == number) {
+            self->post(status);
+        }
+    });
+}
+
+}  // namespace ReferenceHost

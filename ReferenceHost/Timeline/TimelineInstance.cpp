@@ -1,0 +1,78 @@
+#include "ReferenceHost/Timeline/TimelineInstance.hpp"
+
+#include "ReferenceHost/Timeline/Timeline.hpp"
+#include "ReferenceHost/Timeline/TimelineRow.hpp"
+
+#include <cmath>
+
+namespace ReferenceHost {
+
+using Base::synchronized;
+
+namespace {
+
+bool isSameTime(double left, double right) {
+    return left == right || (std::isnan(left) && std::isnan(right));
+}
+
+}  // namespace
+
+bool operator==(const ClipValues& left, const ClipValues& right) {
+    return isSameTime(left.startTime, right.startTime) && isSameTime(left.endTime, right.endTime) &&
+           left.notes == right.notes;
+}
+
+TimelineInstance::TimelineInstance(std::string uniqueId, std::weak_ptr<TimelineRow> row, ClipValues values,
+                                   std::int64_t order, bool isShared)
+    : uniqueId_(std::move(uniqueId)),
+      row_(std::move(row)),
+      order_(order),
+      isShared_(isShared),
+      values_(std::move(values)) {}
+
+std::optional<std::string> TimelineInstance::externalId() const {
+    return synchronized(lock_, [this] { return externalId_; });
+}
+
+void TimelineInstance::setExternalId(std::optional<std::string> externalId) {
+    writeExternalId(std::move(externalId));
+    if (const auto row = row_.lock()) {
+        if (const auto timeline = row->timeline_.lock()) {
+            timeline->externalIdWasWritten(uniqueId_);
+        }
+    }
+}
+
+std::shared_ptr<RemoteCoding::TimelineRowProtocol> TimelineInstance::row() const { return row_.lock(); }
+
+double TimelineInstance::startTime() const {
+    return synchronized(lock_, [this] { return values_.startTime; });
+}
+
+double TimelineInstance::endTime() const {
+    return synchronized(lock_, [this] { return values_.endTime; });
+}
+
+std::string TimelineInstance::notes() const {
+    return synchronized(lock_, [this] { return values_.notes; });
+}
+
+ClipValues TimelineInstance::values() const {
+    return synchronized(lock_, [this] { return values_; });
+}
+
+std::shared_ptr<TimelineInstance> TimelineInstance::detachedCopy(std::weak_ptr<TimelineRow> row) const {
+    auto copy = std::make_shared<TimelineInstance>(uniqueId_, std::move(row), values(), order_, isShared_);
+    copy->externalId_ = externalId();
+    return copy;
+}
+
+void TimelineInstance::setValues(ClipValues values) {
+    synchronized(lock_, [&] { std::swap(values_, values); });
+}
+
+void TimelineInstance::writeExternalId(std::optional<std::string> externalId) {
+    synchronized(lock_, [&] { std::swap(externalId_, externalId); });
+}
+
+}  // namespace ReferenceHost
