@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Base/ExecutionProtocol.hpp"
+
+#include <cstddef>
+#include <cstdint>
+
+/// The fixed delays and limits of the component.
+namespace RemoteCoding::Limits {
+
+/// Local changes are gathered for this long before they are uploaded.
+inline constexpr Base::Seconds changeCoalescing{1.0};
+
+/// Between two attempts to reconnect, in seconds.
+inline constexpr double reconnectionDelay = 2.0;
+
+/// Attempts to reconnect before the subscription is simply opened again.
+inline constexpr std::int64_t maximumReconnectionAttempts = 300;
+
+/// From the moment the host has opened a live share until its timeline is looked up.
+inline constexpr Base::Seconds joinDelay{3.0};
+
+/// New moment ids that one job writes back before it lets others have the main thread. A number, not a time, so that a run on
+/// virtual time can be repeated exactly; a thousand writes take about a millisecond.
+inline constexpr std::size_t writeBackSlice = 1000;
+
+}  // namespace RemoteCoding::Limits

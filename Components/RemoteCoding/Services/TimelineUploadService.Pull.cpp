@@ -1,0 +1,123 @@
+#include "Components/RemoteCoding/Services/TimelineUploadService.hpp"
+
+#include "Base/Await.hpp"
+#include "Base/Error.hpp"
+#include "Components/RemoteCoding/Models/ErrorLog.hpp"
+
+#include <unordered_set>
+
+namespace RemoteCoding {
+
+namespace {
+
+constexpr std::string_view pullFunction = "syncRemoteTaggingSessionToLocalTimeline(completion:)";
+
+using Sessions = std::vector<TaggingSessionItem>;
+
+}  // namespace
+
+void TimelineUploadService::syncRemoteTaggingSessionToLocalTimeline(SuccessCompletion completion) {
+    environment_.logManager.logInfo("Syncing remote tagging session to the local timeline");
+    // Without a timeline there is nothing to catch up with, and trying again would not help: that is no failure.
+    bool succeeded = true;
+    try {
+        if (const auto current = timeline()) {
+            startTask(Base::Home::mainThread, pull(shared_from_this(), current, completion), pullFunction);
+            return;
+        }
+        logError(environment_.logManager, "Unable to get timeline", "", pullFunction);
+    } catch (...) {
+        logUnexpectedFailure(std::current_exception(), pullFunction);
+        succeeded = false;
+    }
+    if (completion) {
+        completion(succeeded);
+    }
+}
+
+Base::Task<void> TimelineUploadService::pull(std::shared_ptr<TimelineUploadService> self,
+                                             std::shared_ptr<TimelineProtocol> timeline,
+                                             SuccessCompletion completion) {
+    Base::CompletionCall<Sessions> fetching([client = self->graphQLClient_, teamId = self->teamId_,
+                                             videoId = self->videoId_](Base::Completion<Sessions> done) {
+        client->fetchTaggingSessions(teamId, videoId, std::nullopt, std::move(done));
+    });
+    const Base::Result<Sessions> sessions = co_await fetching;
+    bool succeeded = true;
+    try {
+        succeeded = self->applyFetchedSessions(timeline, sessions);
+    } catch (...) {
+        self->logUnexpectedFailure(std::current_exception(), pullFunction);
+        succeeded = false;
+    }
+    if (completion) {
+        completion(succeeded);
+    }
+}
+
+/// False when the remote session could not be fetched and should be asked for again.
+bool TimelineUploadService::applyFetchedSessions(const std::shared_ptr<TimelineProtocol>& timeline,
+                                                 const Base::Result<Sessions>& sessions) {
+    auto& log = environment_.logManager;
+    if (isSyncingCancelled_) {
+        return true;
+    }
+    if (!sessions.succeeded()) {
+        log.logWarn("Unable to get remote tagging session. Error=" + Base::describe(sessions.error()));
+        return false;
+    }
+    if (sessions.value().empty()) {
+        logError(log, "Expected a tagging session on Tevu, but none found.", "", pullFunction);
+        return true;
+    }
+    const TaggingSessionItem& primarySession = sessions.value().front();
+    if (primarySession.identifier != taggingSessionId()) {
+        logError(log, "TaggingSessionId does not match the primary tagging session for the Tevu video.", "",
+                 pullFunction);
+        return true;
+    }
+    // What the user changed while the reply was under way would be taken for applied and never be sent. Before the first
+    // pull there is nothing of this session on the timeline yet, and what is there is not the session's.
+    if (lastModifyCount_ > 0 && lastModifyCount_ < timeline->modifyCount()) {
+        updateTaggingSession({});
+    }
+    applyPrimarySession(timeline, primarySession);
+    return true;
+}
+
+void TimelineUploadService::applyPrimarySession(const std::shared_ptr<TimelineProtocol>& timeline,
+                                                const TaggingSessionItem& session) {
+    Moments newMoments;
+    Moments updatedMoments;
+    std::unordered_set<std::string> remoteMomentIds;
+    if (session.moments) {
+        for (const auto& rawMoment : *session.moments) {
+            const auto moment = rawMoment ? environment_.syncLibrary.momentItem(*rawMoment) : nullptr;
+            if (!moment) {
+                continue;
+            }
+            remoteMomentIds.insert(moment->identifier());
+            auto& list = momentCache_.instanceId(moment->identifier()) ? updatedMoments : newMoments;
+            list.push_back(moment);
+        }
+    }
+    std::vector<std::string> deletedMomentIds;
+    const RowList rows = timeline->allRows();
+    for (const auto& row : *rows) {
+        const InstanceList instances = row->allInstances();
+        for (const auto& instance : *instances) {
+            auto externalId = instance->externalId();
+            if (externalId && !remoteMomentIds.contains(*externalId)) {
+                deletedMomentIds.push_back(*std::move(externalId));
+            }
+        }
+    }
+    std::optional<PresentationViewItem> presentationView;
+    if (session.presentationViews && !session.presentationViews->empty() &&
+        session.presentationViews->front()) {
+        presentationView = environment_.syncLibrary.presentationViewItem(*session.presentationViews->front());
+    }
+    updateTimelineWithChanges(timeline, newMoments, updatedMoments, deletedMomentIds, presentationView);
+}
+
+}  // namespace RemoteCoding

@@ -1,0 +1,250 @@
+#include "Components/RemoteCoding/Services/TimelineUploadService.hpp"
+
+#include "Components/RemoteCoding/Models/ErrorLog.hpp"
+
+#include <algorithm>
+
+namespace RemoteCoding {
+
+namespace {
+
+constexpr std::string_view eventFunction = "handleTaggingSessionUpdate(changeType:taggingSession:)";
+constexpr std::string_view addFunction = "addNewMomentsToTimeline(timeline:moments:)";
+constexpr std::string_view updateFunction = "updateMomentsOnTimeline(timeline:moments:)";
+constexpr std::string_view deleteFunction = "deleteMomentsOnTimeline(timeline:momentIds:)";
+
+std::string textOf(TaggingSessionChangeType changeType) {
+    switch (changeType) {
+    case TaggingSessionChangeType::unknown:
+        return "unknown";
+    case TaggingSessionChangeType::momentsAdded:
+        return "momentsAdded";
+    case TaggingSessionChangeType::momentsUpdated:
+        return "momentsUpdated";
+    case TaggingSessionChangeType::momentsDeleted:
+        return "momentsDeleted";
+    case TaggingSessionChangeType::presentationViewUpdated:
+        return "presentationViewUpdated";
+    }
+    return std::to_string(static_cast<int>(changeType));  // a value that a newer client brings along
+}
+
+bool isAboutMoments(TaggingSessionChangeType changeType) {
+    return changeType == TaggingSessionChangeType::momentsAdded ||
+           changeType == TaggingSessionChangeType::momentsUpdated ||
+           changeType == TaggingSessionChangeType::momentsDeleted;
+}
+
+}  // namespace
+
+void TimelineUploadService::handleTaggingSessionUpdate(TaggingSessionChangeType changeType,
+                                                       const ChangedTaggingSession& taggingSession) {
+    checkIsMainThread(eventFunction);
+    runBlockSerially(
+        [self = shared_from_this(), changeType, taggingSession] {
+            try {
+                self->applyEvent(changeType, taggingSession);
+            } catch (...) {
+                self->logUnexpectedFailure(std::current_exception(), eventFunction);
+            }
+            self->runNextBlock();
+        },
+        SynchronisationBlock::event);
+}
+
+void TimelineUploadService::applyEvent(TaggingSessionChangeType changeType,
+                                       const ChangedTaggingSession& taggingSession) {
+    auto& log = environment_.logManager;
+    log.logInfo("Received timeline update. ChangeType=" + textOf(changeType));
+    if (isSyncingCancelled_) {
+        return;
+    }
+    const auto current = timeline();
+    if (!current) {
+        logError(log, "Unable to find the timeline", "", eventFunction);
+        return;
+    }
+    const Moments moments = taggingSession.moments.value_or(Moments());
+    if (moments.empty() && isAboutMoments(changeType)) {
+        log.logWarn("No moments found for update to tagging session moments.");
+        return;
+    }
+    if (!taggingSession.presentationView && changeType == TaggingSessionChangeType::presentationViewUpdated) {
+        log.logWarn("No presentation view found for update to tagging session presentation view.");
+        return;
+    }
+    if (lastModifyCount_ < current->modifyCount()) {
+        log.logInfo("Uploading local timeline updates before applying timeline update from subscription");
+        updateTaggingSession({});
+    }
+    updateTimelineForChangeType(current, changeType, moments, taggingSession.presentationView);
+}
+
+void TimelineUploadService::updateTimelineForChangeType(
+    const std::shared_ptr<TimelineProtocol>& timeline, TaggingSessionChangeType changeType,
+    const Moments& moments, const std::optional<PresentationViewItem>& presentationViewItem) {
+    switch (changeType) {
+    case TaggingSessionChangeType::momentsAdded:
+        updateTimelineWithChanges(timeline, moments, {}, {}, std::nullopt);
+        return;
+    case TaggingSessionChangeType::momentsUpdated:
+        updateTimelineWithChanges(timeline, {}, moments, {}, std::nullopt);
+        return;
+    case TaggingSessionChangeType::momentsDeleted: {
+        std::vector<std::string> momentIds;
+        for (const auto& moment : moments) {
+            if (moment) {
+                momentIds.push_back(moment->identifier());
+            }
+        }
+        updateTimelineWithChanges(timeline, {}, {}, momentIds, std::nullopt);
+        return;
+    }
+    case TaggingSessionChangeType::presentationViewUpdated:
+        updateTimelineWithChanges(timeline, {}, {}, {}, presentationViewItem);
+        return;
+    case TaggingSessionChangeType::unknown:
+        break;
+    }
+    logError(environment_.logManager, "Unknown change type for tagging session update", "",
+             "updateTimelineForChangeType(_:changeType:moments:presentationViewItem:)");
+    updateTimelineWithChanges(timeline, {}, {}, {}, std::nullopt);
+}
+
+void TimelineUploadService::updateTimelineWithChanges(
+    const std::shared_ptr<TimelineProtocol>& timeline, const Moments& newMoments,
+    const Moments& updatedMoments, const std::vector<std::string>& deletedMomentIds,
+    const std::optional<PresentationViewItem>& presentationView) {
+    constexpr std::string_view function =
+        "updateTimelineWithChanges(_:newMoments:updatedMoments:deletedMomentIds:presentationView:)";
+    checkIsMainThread(function);
+    if (!newMoments.empty()) {
+        addNewMomentsToTimeline(timeline, newMoments);
+    }
+    if (!updatedMoments.empty()) {
+        updateMomentsOnTimeline(timeline, updatedMoments);
+    }
+    if (!deletedMomentIds.empty()) {
+        deleteMomentsOnTimeline(timeline, deletedMomentIds);
+    }
+    try {
+        updatePresentationView(timeline, presentationView);
+    } catch (...) {
+        logUnexpectedFailure(std::current_exception(), function);
+    }
+    setLastModifyCount(timeline->modifyCount(), ModifyCountReason::applied);
+}
+
+void TimelineUploadService::addNewMomentsToTimeline(const std::shared_ptr<TimelineProtocol>& timeline,
+                                                    const Moments& moments) {
+    checkIsMainThread(addFunction);
+    Moments unknownMoments;
+    std::ranges::copy_if(moments, std::back_inserter(unknownMoments), [this](const auto& moment) {
+        return moment && !momentCache_.instanceId(moment->identifier());
+    });
+    for (const auto& moment : unknownMoments) {
+        try {
+            addMoment(timeline, *moment);
+        } catch (...) {
+            logUnexpectedFailure(std::current_exception(), addFunction);
+        }
+    }
+}
+
+void TimelineUploadService::addMoment(const std::shared_ptr<TimelineProtocol>& timeline,
+                                      const MomentItem& moment) {
+    const auto instance = moment.appendToTimeline(timeline);
+    const auto row = instance ? instance->row() : nullptr;
+    if (!row) {
+        logError(environment_.logManager, "No row found", "", addFunction);
+        return;
+    }
+    momentCache_.cacheInstances(instance);
+    if (!momentCache_.uploadedRow(row->uniqueId())) {
+        momentCache_.cacheRows(row);
+    }
+}
+
+void TimelineUploadService::updateMomentsOnTimeline(const std::shared_ptr<TimelineProtocol>& timeline,
+                                                    const Moments& moments) {
+    checkIsMainThread(updateFunction);
+    for (const auto& moment : moments) {
+        if (!moment) {
+            continue;
+        }
+        try {
+            updateMoment(timeline, *moment);
+        } catch (...) {
+            logUnexpectedFailure(std::current_exception(), updateFunction);
+        }
+    }
+}
+
+void TimelineUploadService::updateMoment(const std::shared_ptr<TimelineProtocol>& timeline,
+                                         const MomentItem& moment) {
+    const auto instanceId = momentCache_.instanceId(moment.identifier());
+    if (!instanceId) {
+        return;
+    }
+    const auto rowId = momentCache_.rowId(moment.identifier());
+    if (!rowId) {
+        return;
+    }
+    if (const auto instance = moment.updateOnTimeline(timeline, *instanceId, *rowId)) {
+        instance->setExternalId(moment.identifier());
+    }
+    followCode(timeline, moment, *rowId);
+}
+
+/// Renames the moment's row when its code was changed to one that no row has.
+void TimelineUploadService::followCode(const std::shared_ptr<TimelineProtocol>& timeline,
+                                       const MomentItem& moment, const std::string& rowId) {
+    const RowList rows = timeline->allRows();
+    const auto found = std::ranges::find_if(*rows, [&](const auto& row) { return row->uniqueId() == rowId; });
+    if (found == rows->end() || (*found)->name() == moment.code()) {
+        return;
+    }
+    if (std::ranges::any_of(*rows, [&](const auto& row) { return row->name() == moment.code(); })) {
+        logError(environment_.logManager, "Instance for moment is on the wrong row", "", updateFunction);
+        return;
+    }
+    environment_.logManager.logInfo("Moment has a different code, renaming row");
+    if (const auto codingTarget = timeline->codingTarget()) {
+        codingTarget->setRowNameWithRowNum((*found)->rowNum(), moment.code());
+    }
+}
+
+void TimelineUploadService::deleteMomentsOnTimeline(const std::shared_ptr<TimelineProtocol>& timeline,
+                                                    const std::vector<std::string>& momentIds) {
+    checkIsMainThread(deleteFunction);
+    for (const std::string& momentId : momentIds) {
+        try {
+            deleteMoment(timeline, momentId);
+        } catch (...) {
+            logUnexpectedFailure(std::current_exception(), deleteFunction);
+        }
+    }
+}
+
+void TimelineUploadService::deleteMoment(const std::shared_ptr<TimelineProtocol>& timeline,
+                                         const std::string& momentId) {
+    const auto instanceId = momentCache_.instanceId(momentId);
+    const auto rowId = momentCache_.rowId(momentId);
+    if (!instanceId || !rowId) {
+        return;
+    }
+    if (const auto codingTarget = timeline->codingTarget()) {
+        codingTarget->removeInstanceWithRowId(*rowId, *instanceId);
+    }
+    momentCache_.deleteMoments(momentId);
+}
+
+void TimelineUploadService::setLastModifyCount(std::int64_t count, ModifyCountReason reason) {
+    const std::int64_t old = std::exchange(lastModifyCount_, count);
+    highestModifyCount_ = std::max(highestModifyCount_, count);
+    if (environment_.synchronisationObserver != nullptr) {
+        environment_.synchronisationObserver->lastModifyCountDidChange(timelineId_, old, count, reason);
+    }
+}
+
+}  // namespace RemoteCoding
