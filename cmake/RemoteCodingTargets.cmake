@@ -116,6 +116,7 @@ function(remote_coding_add_test name)
         ${name}
         TEST_PREFIX "${name}."
         WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}"
+        NO_PRETTY_VALUES
         DISCOVERY_MODE PRE_TEST
         DISCOVERY_TIMEOUT 60
         PROPERTIES TIMEOUT 120)
