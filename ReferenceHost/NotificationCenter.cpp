@@ -1,7 +1,11 @@
 #include "ReferenceHost/NotificationCenter.hpp"
 
 #include "Base/Error.hpp"
+#include "Components/RemoteCoding/HostInterfaces/CaptureComponentProtocol.hpp"
+#include "Components/RemoteCoding/HostInterfaces/RemoteCodingSessionDetails.hpp"
+#include "Components/RemoteCoding/HostInterfaces/TimelineProtocol.hpp"
 
+#include <any>
 #include <exception>
 #include <utility>
 #include <vector>
@@ -10,6 +14,30 @@ namespace ReferenceHost {
 
 using RemoteCoding::HostObject;
 using RemoteCoding::Notification;
+
+namespace {
+
+/// What a reader of the trace wants to know of a notification: its name, and which timeline or state it tells of.
+TraceFields fieldsOf(const Notification& notification) {
+    TraceFields fields{{"name", notification.name}};
+    if (const auto* timeline =
+            dynamic_cast<const RemoteCoding::TimelineProtocol*>(notification.object.get())) {
+        fields.emplace_back("timelineId", timeline->uniqueId());
+    }
+    for (const auto& [key, value] : notification.userInfo) {
+        if (const auto* text = std::any_cast<std::string>(&value)) {
+            fields.emplace_back(key, *text);
+        } else if (const auto* status = std::any_cast<RemoteCoding::StreamingStatus>(&value)) {
+            fields.emplace_back(key, std::to_string(static_cast<int>(*status)));
+        } else if (const auto* session = std::any_cast<RemoteCoding::RemoteCodingSessionDetails>(&value)) {
+            fields.emplace_back("timelineId", session->timelineId);
+            fields.emplace_back("status", std::to_string(static_cast<int>(session->status)));
+        }
+    }
+    return fields;
+}
+
+}  // namespace
 
 struct NotificationCenter::Registration {
     Registration(std::string name_, const std::shared_ptr<HostObject>& object_, Observer observer_)
@@ -55,7 +83,7 @@ void NotificationCenter::removeObserver(ObserverId observer) {
 
 void NotificationCenter::post(const Notification& notification) {
     if (trace_ != nullptr && trace_->isRecording()) {
-        trace_->record(host_, TraceKind::notification, {{"name", notification.name}});
+        trace_->record(host_, TraceKind::notification, fieldsOf(notification));
     }
     std::vector<ObserverId> ids;
     {

@@ -3,6 +3,9 @@
 namespace ReferenceHost {
 
 std::optional<bool> UserDefaults::boolForKey(const std::string& key) const {
+    if (recordCall_) {
+        recordCall_("boolForKey", {{"key", key}});
+    }
     const auto found = values_.find(key);
     return found == values_.end() ? std::nullopt : std::optional<bool>(found->second);
 }

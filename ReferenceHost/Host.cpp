@@ -1,0 +1,78 @@
+#include "ReferenceHost/Host.hpp"
+
+#include "ReferenceHost/SeededRandom.hpp"
+
+#include <utility>
+
+namespace ReferenceHost {
+
+namespace {
+
+CloudClientSettings seeded(CloudClientSettings network, std::uint64_t seed, const std::string& host) {
+    network.seed = SeededRandom::stream(seed, host + " network").next();
+    return network;
+}
+
+}  // namespace
+
+Host::Host(std::string name, ReportingExecution& execution, CloudService& service, Trace& trace,
+           HostOptions options)
+    : name_(std::move(name)),
+      execution_(execution),
+      trace_(trace),
+      uuids_(SeededRandom::stream(options.seed, name_ + " identifiers").next()),
+      logManager_(name_, &trace, std::move(options.logSink)),
+      notificationCenter_(name_, &trace),
+      userDefaults_(callRecorder()),
+      account_(callRecorder()),
+      timelines_(std::make_shared<TimelineComponent>(
+          execution, notificationCenter_, [this] { return uuids_.makeUUID(); }, callRecorder())),
+      capture_(std::make_shared<CaptureComponent>(execution, notificationCenter_, callRecorder())),
+      cloudClient_(std::make_unique<CloudClient>(service, execution, trace, name_,
+                                                 seeded(options.network, options.seed, name_))),
+      observer_(name_, trace) {
+    locator_.setTimelineComponent(timelines_);
+    locator_.setCaptureComponent(capture_);
+    userDefaults_.setBool(RemoteCoding::UserDefaultsKeys::enableSharedTimelines,
+                          options.enableSharedTimelines);
+    if (options.userId) {
+        account_.signIn(*std::move(options.userId));
+    }
+    environment_.reset(new RemoteCoding::HostEnvironment{.execution = execution_,
+                                                         .componentLocator = locator_,
+                                                         .notificationCenter = notificationCenter_,
+                                                         .userDefaults = userDefaults_,
+                                                         .logManager = logManager_,
+                                                         .account = account_,
+                                                         .graphQLClient = cloudClient_->graphQLClient(),
+                                                         .syncLibrary = cloudClient_->syncLibrary(),
+                                                         .uuids = uuids_,
+                                                         .synchronisationObserver = &observer_});
+}
+
+Host::~Host() { stop(); }
+
+std::shared_ptr<Timeline> Host::startCapture(const std::string& title) {
+    auto timeline = timelines_->openTimeline(title, uuids_.makeUUID());
+    timelines_->setCapturingTimeline(timeline->uniqueId());
+    capture_->startCapturing();
+    return timeline;
+}
+
+void Host::stopCapture() {
+    capture_->stopCapturing();
+    timelines_->setCapturingTimeline(std::nullopt);
+}
+
+std::shared_ptr<Timeline> Host::openTimeline(const std::string& title) {
+    return timelines_->openTimeline(title, uuids_.makeUUID());
+}
+
+CallRecorder Host::callRecorder() {
+    return [this](const char* call, CallArguments arguments) {
+        arguments.insert(arguments.begin(), {"name", call});
+        trace_.record(name_, TraceKind::call, std::move(arguments));
+    };
+}
+
+}  // namespace ReferenceHost
