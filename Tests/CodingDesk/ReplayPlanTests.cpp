@@ -1,0 +1,170 @@
+#include "Apps/CodingDesk/ReplayPlan.hpp"
+
+#include "Apps/CodingDesk/BuiltInMatch.hpp"
+#include "Apps/CodingDesk/EventFile.hpp"
+#include "Apps/CodingDesk/Palette.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <set>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace CodingDesk {
+namespace {
+
+constexpr std::uint64_t seeds = 40;
+
+std::vector<CodedEvent> manyEvents(std::size_t count) {
+    std::vector<CodedEvent> events;
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto start = static_cast<double>(i) * 10;
+        events.push_back({"code " + std::to_string(i % 14), start, start + 12});
+    }
+    return events;
+}
+
+/// What must hold for every plan, whatever the match.
+void expectSound(const ReplayPlan& plan, const std::vector<CodedEvent>& events, std::size_t analysts) {
+    std::vector<CodedEvent> tagged;
+    std::map<ClipKey, double> tagTimes;
+    std::map<RowKey, double> rowTimes;
+    std::set<RowKey> removed;
+    std::set<std::string> colors;
+    std::set<std::string> names;
+    for (const PlannedRow& row : plan.rows) {
+        EXPECT_TRUE(names.insert(row.name).second) << row.name << " is there twice";
+        EXPECT_TRUE(colors.insert(hexOf(row.color)).second);
+    }
+    for (std::size_t i = 0; i < plan.steps.size(); ++i) {
+        const Step& step = plan.steps[i];
+        EXPECT_LT(step.analyst, analysts);
+        EXPECT_GE(step.at, 0);
+        EXPECT_TRUE(i == 0 || plan.steps[i - 1].at <= step.at) << "steps out of order";
+        if (const auto* tag = std::get_if<TagClip>(&step.edit)) {
+            const PlannedClip& clip = plan.clips[tag->clip];
+            EXPECT_EQ(clip.maker, step.analyst);
+            EXPECT_TRUE(tagTimes.emplace(tag->clip, step.at).second) << "tagged twice";
+            if (clip.row < plan.codes) {
+                tagged.push_back({plan.rows[clip.row].name, clip.start, clip.end});
+            } else {
+                EXPECT_TRUE(rowTimes.contains(clip.row)) << "tagged on a row that is not there yet";
+            }
+        } else if (const auto* retime = std::get_if<RetimeClip>(&step.edit)) {
+            EXPECT_TRUE(tagTimes.contains(retime->clip)) << "retimed before it was tagged";
+            EXPECT_TRUE(retime->start >= 0 && retime->start <= retime->end);
+        } else if (const auto* deletion = std::get_if<DeleteClip>(&step.edit)) {
+            EXPECT_TRUE(tagTimes.contains(deletion->clip)) << "deleted before it was tagged";
+            EXPECT_EQ(plan.clips[deletion->clip].maker, step.analyst) << "deleted by somebody else";
+        } else if (const auto* addition = std::get_if<AddRow>(&step.edit)) {
+            EXPECT_TRUE(rowTimes.emplace(addition->row, step.at).second);
+            EXPECT_GE(addition->row, plan.codes);
+        } else if (const auto* removal = std::get_if<RemoveRow>(&step.edit)) {
+            EXPECT_TRUE(rowTimes.contains(removal->row));
+            EXPECT_TRUE(removed.insert(removal->row).second);
+        } else if (const auto* recolor = std::get_if<RecolorRow>(&step.edit)) {
+            EXPECT_TRUE(colors.insert(hexOf(recolor->color)).second) << "a colour that was there before";
+        } else if (const auto* move = std::get_if<MoveRow>(&step.edit)) {
+            EXPECT_TRUE(colors.insert(hexOf(move->color)).second) << "a colour that was there before";
+        } else if (const auto* rename = std::get_if<RenameRow>(&step.edit)) {
+            EXPECT_TRUE(names.insert(rename->name).second) << rename->name << " was there before";
+        }
+    }
+    auto expected = events;
+    const auto less = [](const CodedEvent& left, const CodedEvent& right) {
+        return std::tie(left.start, left.end, left.code) < std::tie(right.start, right.end, right.code);
+    };
+    std::ranges::sort(expected, less);
+    std::ranges::sort(tagged, less);
+    EXPECT_EQ(tagged, expected) << "not every clip of the match is tagged once";
+}
+
+TEST(ReplayPlanTests, EverybodyOnlyDoesWhatIsPossibleAndEveryClipIsTaggedOnce) {
+    const std::vector<CodedEvent> builtIn = parseEvents(builtInMatch());
+    const std::vector<CodedEvent> oneClip{{"A", 5, 5}};
+    const std::vector<CodedEvent> strange{{"A", 0, 0},
+                                          {"A (checked)", 0, 1e15},
+                                          {"A", 0, 0},
+                                          {"A (final)", 1e15, 1e15},
+                                          {"Ana: look again 1", 3, 4}};
+    const std::vector<std::vector<CodedEvent>> matches{builtIn, manyEvents(454), oneClip, strange};
+    for (std::uint64_t seed = 0; seed < seeds; ++seed) {
+        for (const auto& events : matches) {
+            const std::size_t analysts = 2 + seed % 7;
+            SCOPED_TRACE("seed " + std::to_string(seed) + ", events " + std::to_string(events.size()));
+            expectSound(makeReplayPlan(events, {analysts, seed, std::nullopt, seed % 2}), events, analysts);
+        }
+    }
+}
+
+TEST(ReplayPlanTests, EveryReplayShowsEveryKindOfEditAndDealsCodesToAll) {
+    const auto events = parseEvents(builtInMatch());
+    for (std::uint64_t seed = 0; seed < seeds; ++seed) {
+        SCOPED_TRACE(seed);
+        const ReplayPlan plan = makeReplayPlan(events, {3, seed, std::nullopt, 1});
+        std::map<std::size_t, std::size_t> kinds;
+        std::set<AnalystIndex> makers;
+        for (const Step& step : plan.steps) {
+            ++kinds[step.edit.index()];
+        }
+        for (const PlannedClip& clip : plan.clips) {
+            makers.insert(clip.maker);
+        }
+        EXPECT_EQ(kinds.size(), std::variant_size_v<Edit>);
+        EXPECT_EQ(makers.size(), 3U);
+    }
+}
+
+TEST(ReplayPlanTests, TheLinkDropsBetweenThePausesAndComesBack) {
+    for (const auto& events : {parseEvents(builtInMatch()), manyEvents(454)}) {
+        const ReplayPlan plan = makeReplayPlan(events, {4, 7, std::nullopt, 2});
+        std::string order;
+        for (const Step& step : plan.steps) {
+            if (std::holds_alternative<RenameRow>(step.edit)) {
+                order += 'P';
+            } else if (const auto* link = std::get_if<SwitchLink>(&step.edit)) {
+                EXPECT_EQ(step.analyst, 2U);
+                order += link->up ? 'U' : 'D';
+            }
+        }
+        EXPECT_EQ(order, "PDUP");
+        const ReplayPlan steady = makeReplayPlan(events, {4, 7, std::nullopt, std::nullopt});
+        EXPECT_TRUE(std::ranges::none_of(
+            steady.steps, [](const Step& step) { return std::holds_alternative<SwitchLink>(step.edit); }));
+    }
+}
+
+TEST(ReplayPlanTests, TheSpeedIsTheOneAskedForOrFitsTheMatch) {
+    const auto lastStep = [](const ReplayPlan& plan) { return plan.steps.back().at; };
+    EXPECT_LT(lastStep(makeReplayPlan(parseEvents(builtInMatch()), {3, 1, std::nullopt, 1})), 16);
+    EXPECT_LT(lastStep(makeReplayPlan(manyEvents(5000), {3, 1, std::nullopt, 1})), 28);
+
+    const ReplayPlan plan = makeReplayPlan(manyEvents(454), {3, 1, 20.0, 1});
+    EXPECT_EQ(plan.speed, 20);
+    for (const Step& step : plan.steps) {
+        const auto* tag = std::get_if<TagClip>(&step.edit);
+        if (tag != nullptr && plan.clips[tag->clip].row < plan.codes) {
+            EXPECT_NEAR(plan.matchTimeAt(step.at), plan.clips[tag->clip].end, 1e-6)
+                << "not tagged when it ended";
+        }
+    }
+}
+
+TEST(ReplayPlanTests, TheSeedAloneDecides) {
+    const auto events = parseEvents(builtInMatch());
+    const auto outline = [&](std::uint64_t seed) {
+        std::vector<std::tuple<double, AnalystIndex, std::size_t>> result;
+        for (const Step& step : makeReplayPlan(events, {3, seed, std::nullopt, 1}).steps) {
+            result.emplace_back(step.at, step.analyst, step.edit.index());
+        }
+        return result;
+    };
+    EXPECT_EQ(outline(5), outline(5));
+    EXPECT_NE(outline(5), outline(6));
+}
+
+}  // namespace
+}  // namespace CodingDesk
