@@ -39,7 +39,7 @@ struct CloudClientSettings {
 /// (which may have taken effect already) is repeated, a subscription fails. Calls made at the same time may overtake one
 /// another, the events of one subscription never do.
 ///
-/// Lifetime: destroy it after the component is gone and before the execution, the trace and the service.
+/// Lifetime: destroy it on the main thread, after the component is gone and before the execution, the trace and the service.
 /// What is under way then is dropped; the interfaces given away answer with errors from then on.
 class CloudClient {
 public:
@@ -71,7 +71,8 @@ public:
     /// Moments of these ids cannot be read by this client's library: they are left out of what it fetches.
     void setUnreadable(std::vector<std::string> momentIds);
 
-    [[nodiscard]] std::size_t numberOfOpenSubscriptions() const;
+    /// The subscriptions whose handlers this client still holds: those that failed, too, until they are cancelled.
+    [[nodiscard]] std::size_t numberOfUncancelledSubscriptions() const;
     [[nodiscard]] std::size_t numberOfCallsUnderWay() const;
 
 private:

@@ -149,6 +149,11 @@ std::vector<ChangePointer> CloudService::changes(const std::string& sessionId) c
     return session ? session->changes() : std::vector<ChangePointer>();
 }
 
+std::uint64_t CloudService::lastSequence(const std::string& sessionId) const {
+    const auto session = sessionNamed(sessionId);
+    return session ? session->lastSequence() : 0;
+}
+
 std::size_t CloudService::numberOfSubscribers(const std::string& sessionId) const {
     const auto session = sessionNamed(sessionId);
     return session ? session->numberOfSubscribers() : 0;

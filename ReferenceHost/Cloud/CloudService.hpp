@@ -95,6 +95,8 @@ public:
     [[nodiscard]] std::vector<AcceptedCall> log(const std::string& sessionId) const;
     /// For checks: every change so far, in order.
     [[nodiscard]] std::vector<ChangePointer> changes(const std::string& sessionId) const;
+    /// The number of the session's last change; 0 before the first, and for no session.
+    [[nodiscard]] std::uint64_t lastSequence(const std::string& sessionId) const;
     [[nodiscard]] std::size_t numberOfSubscribers(const std::string& sessionId) const;
 
 private:

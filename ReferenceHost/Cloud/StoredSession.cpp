@@ -182,6 +182,10 @@ std::vector<ChangePointer> StoredSession::changes() const {
     return Base::synchronized(lock_, [&] { return changes_; });
 }
 
+std::uint64_t StoredSession::lastSequence() const {
+    return Base::synchronized(lock_, [&] { return changes_.size(); });
+}
+
 std::size_t StoredSession::numberOfSubscribers() const {
     return Base::synchronized(lock_, [&] { return followers_.size(); });
 }

@@ -44,6 +44,7 @@ public:
     [[nodiscard]] TaggingSessionRecord record() const;
     [[nodiscard]] std::vector<AcceptedCall> log() const;
     [[nodiscard]] std::vector<ChangePointer> changes() const;
+    [[nodiscard]] std::uint64_t lastSequence() const;
     [[nodiscard]] std::size_t numberOfSubscribers() const;
 
 private:

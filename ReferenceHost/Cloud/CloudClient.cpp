@@ -1,0 +1,51 @@
+#include "ReferenceHost/Cloud/CloudClient.hpp"
+
+#include "ReferenceHost/Cloud/CloudConnection.hpp"
+#include "ReferenceHost/Cloud/CloudGraphQLClient.hpp"
+#include "ReferenceHost/Cloud/CloudSyncLibrary.hpp"
+
+#include <utility>
+
+namespace ReferenceHost {
+
+CloudClient::CloudClient(CloudService& service, Base::ExecutionProtocol& execution, Trace& trace,
+                         std::string host, CloudClientSettings settings)
+    : connection_(std::make_shared<CloudConnection>(service, execution, trace, std::move(host), settings)),
+      graphQLClient_(std::make_shared<CloudGraphQLClient>(connection_)),
+      syncLibrary_(std::make_unique<CloudSyncLibrary>(connection_)) {}
+
+CloudClient::~CloudClient() { connection_->close(); }
+
+std::shared_ptr<RemoteCoding::TevuGraphQLClientProtocol> CloudClient::graphQLClient() const {
+    return graphQLClient_;
+}
+
+RemoteCoding::SyncLibraryProtocol& CloudClient::syncLibrary() const { return *syncLibrary_; }
+
+std::uint64_t CloudClient::id() const { return connection_->client(); }
+
+void CloudClient::setLinkUp(bool up) { connection_->setLinkUp(up); }
+
+bool CloudClient::isLinkUp() const { return connection_->isLinkUp(); }
+
+void CloudClient::setFaultPlan(FaultPlan plan) { connection_->setFaultPlan(std::move(plan)); }
+
+void CloudClient::setEventFaultPlan(EventFaultPlan plan) { connection_->setEventFaultPlan(std::move(plan)); }
+
+void CloudClient::faultNext(CloudOperation operation, Fault fault) {
+    connection_->faultNext(operation, fault);
+}
+
+void CloudClient::dropSubscriptions() { connection_->dropSubscriptions(); }
+
+void CloudClient::setUnreadable(std::vector<std::string> momentIds) {
+    connection_->setUnreadable(std::move(momentIds));
+}
+
+std::size_t CloudClient::numberOfUncancelledSubscriptions() const {
+    return connection_->numberOfUncancelledSubscriptions();
+}
+
+std::size_t CloudClient::numberOfCallsUnderWay() const { return connection_->numberOfCallsUnderWay(); }
+
+}  // namespace ReferenceHost

@@ -1,0 +1,288 @@
+// The subscriptions of a connection: how events get from the service to the host's main thread.
+
+#include "Base/Error.hpp"
+#include "ReferenceHost/Cloud/CloudConnection.hpp"
+#include "ReferenceHost/Cloud/CloudMomentItem.hpp"
+#include "ReferenceHost/Cloud/CloudService.hpp"
+#include "ReferenceHost/Cloud/CloudSubscription.hpp"
+#include "ReferenceHost/Cloud/ConnectionErrors.hpp"
+#include "ReferenceHost/Execution/Scheduler.hpp"
+
+#include <algorithm>
+#include <utility>
+
+namespace ReferenceHost {
+
+std::shared_ptr<CloudSubscription>
+CloudConnection::subscribe(const std::string& sessionId, const std::string& timelineId,
+                           RemoteCoding::GraphQLTaggingSessionProtocol::ChangeHandler changeHandler,
+                           RemoteCoding::GraphQLTaggingSessionProtocol::ErrorHandler errorHandler) {
+    CloudCall info;
+    info.host = host_;
+    info.operation = CloudOperation::subscribe;
+    info.sessionId = sessionId;
+    info.timelineId = timelineId;
+    const auto [takesCalls, number] = Base::synchronized(lock_, [&] {
+        info.number = ++lastCall_;
+        return std::pair(takesCalls_, ++lastRoute_);
+    });
+    const auto subscription = std::make_shared<CloudSubscription>(
+        weak_from_this(), number, std::move(changeHandler), std::move(errorHandler));
+    if (!takesCalls) {
+        subscription->close();
+        return subscription;
+    }
+    info.time = now();
+    const Fault fault = faultFor(info);
+    Base::synchronized(lock_, [&, number = number] {
+        Route& route = routes_[number];
+        route.subscription = subscription;
+        route.sessionId = sessionId;
+        route.epoch = epoch_;
+        if (fault.kind != Fault::Kind::neverAnswer) {
+            const bool fails = !isLinkUp_ || fault.kind == Fault::Kind::failBeforeEffect ||
+                               fault.kind == Fault::Kind::failAfterEffect;
+            service_.scheduler().postAfter(
+                drawLatency() + fault.hang,
+                [self = shared_from_this(), number, fails] { self->open(number, fails); });
+        }
+    });
+    trace_.record(host_, TraceKind::call,
+                  {{"name", nameOf(CloudOperation::subscribe)},
+                   {"call", std::to_string(info.number)},
+                   {"subscription", std::to_string(number)},
+                   {"taggingSessionId", sessionId},
+                   {"timelineId", timelineId}});
+    return subscription;
+}
+
+void CloudConnection::open(std::uint64_t number, bool fails) {
+    const std::lock_guard gate(gate_);
+    if (isClosed_) {
+        return;
+    }
+    const bool startsAtLastFetch = rules().subscriptionStartsAtLastFetch;
+    std::string sessionId;
+    std::optional<std::uint64_t> after;
+    const bool isWanted = Base::synchronized(lock_, [&] {
+        const auto route = routes_.find(number);
+        if (route == routes_.end() || route->second.epoch != epoch_ || route->second.isBroken) {
+            return false;
+        }
+        sessionId = route->second.sessionId;
+        const auto fetched = lastFetches_.find(sessionId);
+        if (startsAtLastFetch && fetched != lastFetches_.end()) {
+            after = fetched->second;
+        }
+        return true;
+    });
+    if (!isWanted) {
+        return;
+    }
+    if (fails) {
+        breakRoute(number, isLinkUp() ? requestFailed() : connectionLost());
+        return;
+    }
+    auto opened = service_.subscribe(
+        client_, sessionId, after,
+        [self = shared_from_this(), number](const ChangePointer& change) { self->carry(number, change); });
+    if (!opened.succeeded()) {
+        breakRoute(number, opened.error());
+        return;
+    }
+    trace_.record(host_, "subscription",
+                  {{"subscription", std::to_string(number)},
+                   {"state", "open"},
+                   {"taggingSessionId", sessionId},
+                   {"after", after ? std::to_string(*after) : "now"}});
+    const bool isStillWanted = Base::synchronized(lock_, [&] {
+        const auto route = routes_.find(number);
+        if (route == routes_.end() || route->second.isBroken) {
+            return false;
+        }
+        route->second.subscriber = opened.value();
+        return true;
+    });
+    if (!isStillWanted) {
+        service_.unsubscribe(sessionId, opened.value());
+    }
+}
+
+void CloudConnection::carry(std::uint64_t number, const ChangePointer& change) {
+    CloudEvent event;
+    EventFaultPlan plan;
+    Base::synchronized(lock_, [&] {
+        const auto route = routes_.find(number);
+        if (eventFaultPlan_ && route != routes_.end() && !route->second.isBroken) {
+            plan = eventFaultPlan_;
+            event.sessionId = route->second.sessionId;
+        }
+    });
+    EventFault fault;
+    if (plan) {
+        event.host = host_;
+        event.subscription = number;
+        event.change = change;
+        fault = plan(event);
+    }
+    if (fault.dropSubscription) {
+        service_.scheduler().postAfter(Base::Seconds{0}, [self = shared_from_this(), number] {
+            self->breakRoute(number, connectionLost());
+        });
+    }
+    const Base::Seconds time = now();
+    Base::synchronized(lock_, [&] {
+        const auto found = routes_.find(number);
+        if (found == routes_.end() || found->second.isBroken) {
+            return;
+        }
+        Route& route = found->second;
+        if (fault.dropSubscription) {
+            route.isBroken = true;
+            route.onTheWay.clear();
+            return;
+        }
+        const Base::Seconds latency(
+            eventRandom_.between(settings_.leastLatency.count(), settings_.mostLatency.count()));
+        route.lastArrival = std::max(route.lastArrival, time + latency + fault.delay);
+        for (unsigned copies = 0; copies <= fault.repeats; ++copies) {
+            route.onTheWay.push_back(change);
+            service_.scheduler().postAfter(
+                route.lastArrival - time, [self = shared_from_this(), number] { self->arriveEvent(number); });
+        }
+    });
+}
+
+void CloudConnection::arriveEvent(std::uint64_t number) {
+    const std::lock_guard gate(gate_);
+    if (isClosed_) {
+        return;
+    }
+    const bool inOrder = rules().deliveredInOrder;
+    std::shared_ptr<CloudSubscription> subscription;
+    std::string sessionId;
+    ChangePointer change;
+    Base::synchronized(lock_, [&] {
+        const auto found = routes_.find(number);
+        if (found == routes_.end() || found->second.isBroken || found->second.epoch != epoch_ ||
+            found->second.onTheWay.empty()) {
+            return;
+        }
+        Route& route = found->second;
+        subscription = route.subscription;
+        sessionId = route.sessionId;
+        // The events arrive one for each such job, in the order in which they left, whatever the clock's rounding.
+        change = inOrder ? route.onTheWay.front() : route.onTheWay.back();
+        inOrder ? route.onTheWay.pop_front() : route.onTheWay.pop_back();
+    });
+    if (change) {
+        postToMain([self = shared_from_this(), subscription, number, sessionId, change] {
+            self->deliver(*subscription, number, sessionId, change);
+        });
+    }
+}
+
+void CloudConnection::deliver(CloudSubscription& subscription, std::uint64_t number,
+                              const std::string& sessionId, const ChangePointer& change) {
+    if (!subscription.isListening()) {
+        return;
+    }
+    const CloudRules rules = this->rules();
+    RemoteCoding::ChangedTaggingSession changed;
+    std::vector<std::string> ids;
+    if (change->presentationView) {
+        changed.presentationView = presentationViewItemOf(*change->presentationView);
+    } else {
+        auto& items = changed.moments.emplace();
+        for (const MomentPointer& moment : change->moments) {
+            items.push_back(std::make_shared<CloudMomentItem>(moment, rules));
+            ids.push_back(moment->id);
+        }
+    }
+    if (trace_.isRecording()) {
+        trace_.record(host_, "delivery",
+                      {{"subscription", std::to_string(number)},
+                       {"taggingSessionId", sessionId},
+                       {"sequence", std::to_string(change->sequence)},
+                       {"type", nameOf(change->type)},
+                       {"client", std::to_string(change->client)},
+                       {"count", std::to_string(ids.size())},
+                       {"ids", joined(ids)}});
+    }
+    subscription.tellChange(change->type, changed);
+}
+
+void CloudConnection::breakRoute(std::uint64_t number, const std::exception_ptr& error) {
+    const std::lock_guard gate(gate_);
+    if (isClosed_) {
+        return;
+    }
+    std::shared_ptr<CloudSubscription> subscription;
+    std::string sessionId;
+    std::optional<CloudService::SubscriberId> subscriber;
+    Base::synchronized(lock_, [&] {
+        const auto found = routes_.find(number);
+        if (found == routes_.end() || std::exchange(found->second.hasFailed, true)) {
+            return;
+        }
+        Route& route = found->second;
+        route.isBroken = true;
+        route.onTheWay.clear();
+        subscription = route.subscription;
+        sessionId = route.sessionId;
+        subscriber = std::exchange(route.subscriber, std::nullopt);
+    });
+    if (!subscription) {
+        return;
+    }
+    if (subscriber) {
+        service_.unsubscribe(sessionId, *subscriber);
+    }
+    postToMain([self = shared_from_this(), subscription, number, error] {
+        if (subscription->isListening()) {
+            self->trace_.record(self->host_, "subscription",
+                                {{"subscription", std::to_string(number)},
+                                 {"state", "failed"},
+                                 {"error", Base::describe(error)}});
+            subscription->tellError(error);
+        }
+    });
+}
+
+void CloudConnection::subscriptionWasCancelled(std::uint64_t number) {
+    const std::lock_guard gate(gate_);
+    if (isClosed_) {
+        return;
+    }
+    // Taken out first and destroyed last, outside the lock.
+    const auto route = Base::synchronized(lock_, [&] { return routes_.extract(number); });
+    if (route.empty()) {
+        return;
+    }
+    trace_.record(host_, "subscription", {{"subscription", std::to_string(number)}, {"state", "cancelled"}});
+    if (route.mapped().subscriber) {
+        service_.unsubscribe(route.mapped().sessionId, *route.mapped().subscriber);
+    }
+}
+
+void CloudConnection::dropSubscriptions() {
+    std::vector<std::uint64_t> numbers;
+    Base::synchronized(lock_, [&] {
+        for (auto& [number, route] : routes_) {
+            route.isBroken = true;
+            route.onTheWay.clear();
+            numbers.push_back(number);
+        }
+    });
+    for (const std::uint64_t number : numbers) {
+        service_.scheduler().postAfter(Base::Seconds{0}, [self = shared_from_this(), number] {
+            self->breakRoute(number, connectionLost());
+        });
+    }
+}
+
+std::size_t CloudConnection::numberOfUncancelledSubscriptions() const {
+    return Base::synchronized(lock_, [&] { return routes_.size(); });
+}
+
+}  // namespace ReferenceHost

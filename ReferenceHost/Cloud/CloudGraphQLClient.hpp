@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Components/RemoteCoding/HostInterfaces/GraphQLTaggingSessionProtocol.hpp"
+
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace ReferenceHost {
+
+class CloudConnection;
+
+/// Fetches and subscribes over one host's connection. Of the options of a fetch it honours `createdByUserId`;
+/// everything comes in one answer, so that there is no next token.
+class CloudGraphQLClient final : public RemoteCoding::TevuGraphQLClientProtocol {
+public:
+    explicit CloudGraphQLClient(std::shared_ptr<CloudConnection> connection)
+        : connection_(std::move(connection)) {}
+
+    void
+    fetchTaggingSessions(const std::string& teamId, const std::string& videoId,
+                         const std::optional<RemoteCoding::FetchTaggingSessionsOptions>& options,
+                         Base::Completion<std::vector<RemoteCoding::TaggingSessionItem>> completion) override;
+
+    [[nodiscard]] std::shared_ptr<RemoteCoding::SubscriptionHandle>
+    subscribeToTaggingSessionChanges(const std::string& taggingSessionId, const std::string& timelineId,
+                                     ChangeHandler changeHandler, ErrorHandler errorHandler) override;
+
+private:
+    std::shared_ptr<CloudConnection> connection_;
+};
+
+}  // namespace ReferenceHost
