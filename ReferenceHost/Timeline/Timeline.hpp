@@ -76,7 +76,7 @@ public:
     void setCodingTargetAvailable(bool available) { codingTargetAvailable_ = available; }
     [[nodiscard]] bool isCodingTargetAvailable() const { return codingTargetAvailable_; }
 
-    // What is there: null when it never was or was removed. Constant time; the first row of a name is searched.
+    // What is there; null when it never was or was removed. Constant time, but for the search by name.
     [[nodiscard]] std::shared_ptr<TimelineRow> findRow(const std::string& rowId) const;
     [[nodiscard]] std::shared_ptr<TimelineRow> findRowNamed(const std::string& name) const;
     [[nodiscard]] std::shared_ptr<TimelineRow> rowAt(std::int64_t index) const;
