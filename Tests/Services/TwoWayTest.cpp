@@ -1,0 +1,39 @@
+#include "ReferenceHost/SeededRandom.hpp"
+#include "Tests/Services/SynchroniserTest.hpp"
+
+namespace RemoteCoding {
+namespace {
+
+class TwoWayTest : public SynchroniserTest {};
+
+TEST_F(TwoWayTest, WhatOneEditsArrivesAtTheOther) {
+    startTwo({"Attack", "Défense"});
+    expectAllEqual();
+
+    const auto clip = ann().tag("Attack", 1, 2);
+    ben().tag("Défense", 3, 3);
+    settle();
+    EXPECT_EQ(remote().moments.size(), 2U);
+    expectAllEqual();
+
+    ann().timeline->retimeInstance(clip->uniqueId(), 1.5, 2.5);
+    ben().timeline->recolorRow(ben().row("Attack")->uniqueId(), Base::Color(200, 0, 0));
+    ben().timeline->addRow("Set play", Base::Color(0, 200, 0), 0);
+    settle();
+    expectAllEqual();
+    EXPECT_EQ(ann().timeline->rowAt(0)->name(), "Set play");
+
+    ann().timeline->renameRow(ann().row("Attack")->uniqueId(), "Break");
+    settle();
+    expectAllEqual();
+    EXPECT_TRUE(ben().row("Break"));
+
+    ann().timeline->removeInstance(clip->uniqueId());
+    ben().timeline->removeRow(ben().row("Set play")->uniqueId());
+    settle();
+    expectAllEqual();
+    EXPECT_EQ(remote().moments.size(), 1U);
+}
+
+}  // namespace
+}  // namespace RemoteCoding
