@@ -29,7 +29,8 @@ class TimelineInstanceProtocol;
 class TimelineRowProtocol;
 class TimelineProtocol;
 
-/// An immutable list: it may be held over edits and across threads. Never a null pointer, also when empty.
+/// An immutable list: it may be held over edits and across threads. Never a null pointer, also when empty. Hold it in a
+/// variable while going through it: `for (const auto& row : *timeline->allRows())` lets go of it before the first turn.
 using RowList = std::shared_ptr<const std::vector<std::shared_ptr<TimelineRowProtocol>>>;
 using InstanceList = std::shared_ptr<const std::vector<std::shared_ptr<TimelineInstanceProtocol>>>;
 
