@@ -79,7 +79,7 @@ public:
     /// False when there is no such timeline.
     bool closeTimeline(const std::string& timelineId) { return timelines_->closeTimeline(timelineId); }
 
-    /// The part that changes go through while nobody works at this host: the link of its network.
+    /// The link of this host's network.
     void setLinkUp(bool up) { cloudClient_->setLinkUp(up); }
 
     // The parts, for what is not above.
