@@ -77,6 +77,9 @@ RemoteCodingComponent::~RemoteCodingComponent() {
     for (const auto observer : observers_) {
         guarded(environment_, "deinit", [&] { environment_.notificationCenter.removeObserver(observer); });
     }
+    for (const auto& [timelineId, session] : remoteCodingSessionsByTimelineId_) {
+        cancelSyncing(*session);  // else an open subscription would keep the synchroniser
+    }
 }
 
 std::shared_ptr<RemoteCodingSession> RemoteCodingComponent::session(const std::string& timelineId) const {

@@ -30,7 +30,8 @@ class TimelineUploadService;
 /// Failure: what a host's object throws where no failure is foreseen ends the operation at hand, is logged, and leaves the
 /// component usable.
 ///
-/// Shutdown: a component that goes away stops observing and drops its sessions without ending them.
+/// Shutdown: a component that goes away stops observing, stops the synchronisation of its sessions and drops them, without
+/// ending them: no update is posted and no usage is logged.
 class REMOTE_CODING_EXPORT RemoteCodingComponent final
     : public RemoteCodingComponentProtocol,
       public std::enable_shared_from_this<RemoteCodingComponent> {
