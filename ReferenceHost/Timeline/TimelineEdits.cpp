@@ -113,7 +113,8 @@ bool Timeline::removeRow(const std::string& rowId) {
         return false;
     }
     const auto count = nextCount(ChangeKind::existence);
-    for (const auto& instance : *entry->object->allInstances()) {
+    const auto instances = entry->object->allInstances();
+    for (const auto& instance : *instances) {
         instanceLog_.didRemove(*instanceLog_.find(instance->uniqueId()), count);
     }
     rowLog_.didRemove(*entry, count);
@@ -132,7 +133,8 @@ bool Timeline::restoreRow(const std::string& rowId) {
         return false;
     }
     const auto count = nextCount(ChangeKind::existence);
-    for (const auto& instance : *entry->object->allInstances()) {
+    const auto instances = entry->object->allInstances();
+    for (const auto& instance : *instances) {
         instanceLog_.didRestore(*instanceLog_.find(instance->uniqueId()), count);
     }
     rowLog_.didRestore(*entry, count);
