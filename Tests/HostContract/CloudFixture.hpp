@@ -12,6 +12,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -59,7 +60,7 @@ public:
     virtual void remove(const Timeline& timeline, const Instance& instance) = 0;
     virtual void addRow(const Timeline& timeline, const std::string& name, Base::Color color) = 0;
 
-    /// What the clip says, with the name of its row as the code.
+    /// What the clip says, with the name of its row as the code, and anything but that when it is on no row.
     [[nodiscard]] virtual Clip clipOf(const Instance& instance) = 0;
 
     /// Cuts the analyst's network, or mends it.
@@ -77,6 +78,8 @@ struct CloudHost {
         : name(std::move(name_)), make(std::move(make_)) {}
     std::string name;
     std::function<std::unique_ptr<CloudFixture>(std::size_t analysts)> make;
+
+    friend void PrintTo(const CloudHost& host, std::ostream* stream) { *stream << host.name; }
 };
 
 /// The base of both suites: analysts 0 (Ann), 1 (Ben) and 2 (Cleo) of one team with one video.

@@ -146,6 +146,7 @@ TEST_P(CloudServiceContract, PutsAMomentOnItsRowAndMakesTheRowInItsColour) {
     }
 
     ASSERT_EQ(instances.size(), 2U);
+    ASSERT_TRUE(instances[0]->row() && instances[1]->row());
     EXPECT_EQ(host().clipOf(instances[0]), Clip("Goal", 1, 2, "header"));
     EXPECT_EQ(instances[0]->externalId(), ids[0]);
     EXPECT_EQ(instances[1]->externalId(), ids[1]);

@@ -54,7 +54,7 @@ public:
     }
     Clip clipOf(const Instance& instance) override {
         const auto& own = dynamic_cast<const ReferenceHost::TimelineInstance&>(*instance);
-        return Clip(own.row()->name(), own.startTime(), own.endTime(), own.notes());
+        return Clip(own.row() ? own.row()->name() : "no row", own.startTime(), own.endTime(), own.notes());
     }
     void setLinkUp(std::size_t analyst, bool up) override { clients_[analyst]->setLinkUp(up); }
 
