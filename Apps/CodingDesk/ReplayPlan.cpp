@@ -18,11 +18,13 @@ namespace {
 using ReferenceHost::SeededRandom;
 
 // Seconds of the replay. A clip of somebody else is retimed late enough to have arrived in most cases.
-constexpr double shortestReplay = 10;
+constexpr double shortestReplay = 9;
 constexpr double longestReplay = 22;
 constexpr double secondsPerClip = 0.045;
 constexpr double secondsPerRowEdit = 0.9;
 constexpr double longestDrop = 3;
+constexpr double longestEpilogue = 1;  // what would come later than that after the last tag is left out
+constexpr double shortestPlan = 6;
 
 constexpr double firstPause = 0.3;  // of the replay's length, as the two below
 constexpr double dropStart = 0.45;
@@ -92,7 +94,7 @@ private:
                 retime(clip, at);
             }
             if (random_.chance(0.07) || i == events_.size() / 2) {
-                add(at + random_.between(0.2, 3.5), maker, DeleteClip{clip});
+                addUnlessTooLate(at + random_.between(0.2, 3.5), maker, DeleteClip{clip});
             }
         }
     }
@@ -105,17 +107,17 @@ private:
         const double start = toMilliseconds(std::max(0.0, planned.start + random_.between(-1.5, 1.5)));
         const double end = toMilliseconds(std::max(start, planned.end + random_.between(-1.5, 1.5)));
         const double delay = byMaker ? random_.between(0.4, 3.0) : random_.between(2.2, 4.5);
-        add(taggedAt + delay, byMaker ? planned.maker : other, RetimeClip{clip, start, end});
+        addUnlessTooLate(taggedAt + delay, byMaker ? planned.maker : other, RetimeClip{clip, start, end});
     }
 
     void editRows() {
         const auto edits = static_cast<std::size_t>(std::max(4.0, length_ / secondsPerRowEdit));
         for (std::size_t i = 0; i < edits; ++i) {
-            const double at = length_ * random_.between(0.03, 0.97);
+            // The first three are one of each kind, and early, so that even a short replay has them all.
+            const double at = length_ * random_.between(0.03, i < 3 ? 0.4 : 0.97);
             const AnalystIndex analyst = random_.below(settings_.analysts);
             const RowKey row = random_.below(plan_.codes);
             const double kind = random_.unit();
-            // The first three are one of each kind, so that even a short replay has them all.
             if (i == 0 || (i > 2 && kind < 0.4)) {
                 add(at, analyst, RecolorRow{row, freshColor()});
             } else if (i == 1 || (i > 2 && kind < 0.7)) {
@@ -142,7 +144,7 @@ private:
             tag(row, start, start + 4, analyst, last);
         }
         if (isRemovedLater) {
-            add(last + random_.between(1.0, 3.5), analyst, RemoveRow{row});
+            addUnlessTooLate(last + random_.between(1.0, 3.5), analyst, RemoveRow{row});
         }
     }
 
@@ -189,6 +191,12 @@ private:
 
     void add(double at, AnalystIndex analyst, Edit edit) {
         plan_.steps.push_back({at, analyst, std::move(edit)});
+    }
+
+    void addUnlessTooLate(double at, AnalystIndex analyst, Edit edit) {
+        if (at <= std::max(length_ + longestEpilogue, shortestPlan)) {
+            add(at, analyst, std::move(edit));
+        }
     }
 
     const std::vector<CodedEvent>& events_;
