@@ -367,6 +367,7 @@ inline void readingIsSafeWhileTheMainThreadEdits(TimelineFixture& host) {
     const auto timeline = host.timeline();
     const auto steady = host.addRow("name 0", red);
     std::atomic<bool> isDone{false};
+    std::atomic<int> passes{0};
     std::atomic<int> wrongReads{0};
     const auto read = [&] {
         std::int64_t lastCount = 0;
@@ -377,7 +378,8 @@ inline void readingIsSafeWhileTheMainThreadEdits(TimelineFixture& host) {
             const auto rows = timeline->allRows();
             for (const auto& row : *rows) {
                 isRight = isRight && row->name().starts_with("name ") && row->rowNum() >= 0;
-                isRight = isRight && (row->color() == red || row->color() == green);
+                const auto color = row->color();
+                isRight = isRight && (color == red || color == green);
                 isRight = isRight && row->numberOfInstances() >= 0;
                 const auto instances = row->allInstances();
                 for (const auto& clip : *instances) {
@@ -387,6 +389,7 @@ inline void readingIsSafeWhileTheMainThreadEdits(TimelineFixture& host) {
                 }
             }
             wrongReads += isRight ? 0 : 1;
+            ++passes;
         } while (!isDone);
     };
     std::vector<std::thread> readers;
@@ -394,7 +397,8 @@ inline void readingIsSafeWhileTheMainThreadEdits(TimelineFixture& host) {
         readers.emplace_back(read);
     }
 
-    for (int i = 1; i <= 150; ++i) {
+    // Goes on until readers and editor have often been at it at the same time, however they are scheduled.
+    for (int i = 1; i <= 150 || passes < 300; ++i) {
         const auto number = std::to_string(i);
         const auto passing = host.addRow("name of a row that goes again " + number, green);
         const auto clip = host.addInstance(steady, i, i + 1.0);
@@ -410,6 +414,7 @@ inline void readingIsSafeWhileTheMainThreadEdits(TimelineFixture& host) {
             (void)host.restoreInstance(clip);
         }
         host.removeRow(passing);
+        std::this_thread::yield();
     }
     isDone = true;
     for (auto& reader : readers) {

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -58,12 +59,16 @@ public:
 struct TimelineHost {
     TimelineHost(std::string name_, std::function<std::unique_ptr<TimelineFixture>()> make_)
         : name(std::move(name_)), make(std::move(make_)) {}
+    friend void PrintTo(const TimelineHost& host, std::ostream* out) { *out << host.name; }
+
     std::string name;
     std::function<std::unique_ptr<TimelineFixture>()> make;
 };
 
 struct TimelineCase {
     TimelineCase(std::string name_, void (*run_)(TimelineFixture&)) : name(std::move(name_)), run(run_) {}
+    friend void PrintTo(const TimelineCase& timelineCase, std::ostream* out) { *out << timelineCase.name; }
+
     std::string name;  ///< the rule that it checks
     void (*run)(TimelineFixture&);
 };
