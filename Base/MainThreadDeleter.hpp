@@ -3,6 +3,7 @@
 #include "Base/ExecutionProtocol.hpp"
 
 #include <memory>
+#include <utility>
 
 namespace Base {
 
@@ -18,10 +19,11 @@ public:
             delete object;
             return;
         }
-        // The job owns the object, so that a host which drops its jobs destroys it too.
-        const std::shared_ptr<void> owner(object, [](void* owned) { delete static_cast<Object*>(owned); });
+        // The job alone owns the object: a reference kept here could turn out to be the last one. A host that drops the job
+        // destroys the object with it.
+        std::shared_ptr<void> owner(object, [](void* owned) { delete static_cast<Object*>(owned); });
         try {
-            execution_->postToMain([owner] {});
+            execution_->postToMain([owner = std::move(owner)] {});
         } catch (...) {  // NOLINT(bugprone-empty-catch): an execution that takes no more jobs has stopped
         }
     }

@@ -63,14 +63,15 @@ std::size_t TaskScope::count() const {
     return roots_.size();
 }
 
-void TaskScope::whenDropped(std::function<void()> handler) {
+void TaskScope::whenDropped(std::weak_ptr<void> owner, std::function<void()> handler) {
     const std::lock_guard lock(mutex_);
-    dropHandlers_.push_back(std::move(handler));
+    std::erase_if(dropHandlers_, [](const DropHandler& known) { return known.owner.expired(); });
+    dropHandlers_.push_back(DropHandler{std::move(owner), std::move(handler)});
 }
 
 void TaskScope::drop() {
     std::unordered_map<const Root*, std::shared_ptr<Root>> roots;
-    std::vector<std::function<void()>> handlers;
+    std::vector<DropHandler> handlers;
     {
         const std::lock_guard lock(mutex_);
         isDropped_ = true;
@@ -81,7 +82,9 @@ void TaskScope::drop() {
         entry.second->drop();
     }
     for (const auto& handler : handlers) {
-        handler();
+        if (const auto owner = handler.owner.lock()) {
+            handler.run();
+        }
     }
 }
 

@@ -28,8 +28,9 @@ public:
     /// Tasks started and not ended.
     [[nodiscard]] std::size_t count() const;
 
-    /// Runs inside `drop`, after the tasks are gone, for what only a task's end would have let go of.
-    void whenDropped(std::function<void()> handler);
+    /// Runs inside `drop`, after the tasks are gone, for what only a task's end would have let go of; forgotten once `owner`
+    /// has expired.
+    void whenDropped(std::weak_ptr<void> owner, std::function<void()> handler);
 
     /// Destroys all tasks where they stand. Only while none of them can run: the execution has stopped. What runs
     /// late all the same finds nothing to resume.
@@ -37,12 +38,16 @@ public:
 
 private:
     class Root;
+    struct DropHandler {
+        std::weak_ptr<void> owner;
+        std::function<void()> run;
+    };
 
     void remove(Root& root) noexcept;
 
     mutable std::mutex mutex_;
     std::unordered_map<const Root*, std::shared_ptr<Root>> roots_;
-    std::vector<std::function<void()>> dropHandlers_;
+    std::vector<DropHandler> dropHandlers_;
     bool isDropped_ = false;
 };
 

@@ -138,7 +138,8 @@ TEST_F(TaskTest, DroppingDestroysWaitingTasksAndLateAnswersFindNothing) {
     EXPECT_TRUE(time.runUntilIdle(1s));
     EXPECT_EQ(scope.count(), 1U);
     bool told = false;
-    scope.whenDropped([&] { told = true; });
+    const auto owner = std::make_shared<int>();
+    scope.whenDropped(owner, [&] { told = true; });
     scope.drop();
     EXPECT_EQ(outcome.use_count(), 1);
     EXPECT_TRUE(told);

@@ -16,11 +16,18 @@ struct SynchronisationStatus {
     Activity activity = Activity::idle;
     std::int64_t reconnectionAttempt = 0;  ///< from 1 on while waiting to reconnect, else 0
 
-    /// Local edits have not reached the cloud yet: they wait to be sent or are being sent.
+    /// Local edits have not reached the cloud: they wait to be sent, are being sent, or could not be sent. It stays true
+    /// when edits will not be sent by themselves any more: those of an upload that failed while remote changes were
+    /// applied, and those made before the session was first received.
     bool hasUnsentEdits = false;
 
-    /// Everything is up to date: it is safe to leave.
-    [[nodiscard]] bool isSettled() const { return activity == Activity::idle && !hasUnsentEdits; }
+    /// The subscription is open: what others change arrives.
+    bool receivesChanges = false;
+
+    /// Nothing is under way and nothing is unsent: it is safe to leave.
+    [[nodiscard]] bool isSettled() const {
+        return (activity == Activity::idle || activity == Activity::cancelled) && !hasUnsentEdits;
+    }
 
     friend bool operator==(const SynchronisationStatus&, const SynchronisationStatus&) = default;
 };

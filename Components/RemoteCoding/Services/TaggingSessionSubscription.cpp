@@ -10,7 +10,13 @@ TaggingSessionSubscription::TaggingSessionSubscription(
     std::shared_ptr<GraphQLTaggingSessionProtocol> tevuClient, LogManagerProtocol& log)
     : tevuClient_(std::move(tevuClient)), log_(log) {}
 
-TaggingSessionSubscription::~TaggingSessionSubscription() { unsubscribe(); }
+TaggingSessionSubscription::~TaggingSessionSubscription() {
+    try {
+        unsubscribe();
+    } catch (
+        ...) {  // NOLINT(bugprone-empty-catch): the client failed to let go of a subscription that nobody uses any more
+    }
+}
 
 void TaggingSessionSubscription::subscribe(const std::string& taggingSessionId, const std::string& timelineId,
                                            GraphQLTaggingSessionProtocol::ChangeHandler changeHandler,
@@ -24,7 +30,7 @@ void TaggingSessionSubscription::subscribe(const std::string& taggingSessionId, 
         if (isClosed_) {
             return;
         }
-        opening = opening_;
+        opening = ++opening_;
     }
     // The log outlives every subscription; this object need not outlive the client's last call.
     auto wrappingErrorHandler = [&log = log_,

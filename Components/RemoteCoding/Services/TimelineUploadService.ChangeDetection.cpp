@@ -10,6 +10,7 @@ void TimelineUploadService::timelineDidAnyChange(const Notification& notificatio
     if (!changed || changed->uniqueId() != timelineId_) {
         return;
     }
+    unsentEdits_.changeWasAnnounced();
     updateTevuTaggingSessionThrottler_.throttle();
 }
 

@@ -17,30 +17,23 @@ void TimelineUploadService::updatePresentationView(
     std::int64_t viewIndex = 0;
     for (const PresentationViewItem& view : presentationView->subViews) {
         names.insert(view.name);
-        try {
-            handlePresentationSubViewUpdate(viewIndex, view, timeline);
-        } catch (...) {
-            logUnexpectedFailure(std::current_exception(),
-                                 "handlePresentationSubViewUpdate(viewIndex:view:timeline:)");
-        }
+        attempt(function, [&] { handlePresentationSubViewUpdate(viewIndex, view, timeline); });
         ++viewIndex;
     }
     const RowList rows = timeline->allRows();
     for (const auto& row : *rows) {
-        try {
+        attempt(function, [&] {
             if (!names.contains(row->name()) && row->numberOfInstances() == 0) {
                 removeRow(timeline, row->uniqueId());
             }
-        } catch (...) {
-            logUnexpectedFailure(std::current_exception(), function);
-        }
+        });
     }
 }
 
 void TimelineUploadService::removeRow(const std::shared_ptr<TimelineProtocol>& timeline,
                                       const std::string& rowId) {
-    environment_.logManager.logInfo("Removing empty row not found in presentation view update");
     if (const auto codingTarget = timeline->codingTarget()) {
+        environment_.logManager.logInfo("Removing empty row not found in presentation view update");
         codingTarget->removeRowWithRowId(rowId);
     }
     momentCache_.removeUploadedRow(rowId);
@@ -55,8 +48,8 @@ void TimelineUploadService::handlePresentationSubViewUpdate(
     const auto found = std::ranges::find_if(*rows, [&](const auto& row) { return row->name() == view.name; });
     const auto codingTarget = timeline->codingTarget();
     if (found == rows->end()) {
-        environment_.logManager.logInfo("Adding a new row from presentation view update");
         if (codingTarget) {
+            environment_.logManager.logInfo("Adding a new row from presentation view update");
             // The callback may come after this synchroniser is gone.
             codingTarget->insertRowWithName(
                 view.name, view.color(), viewIndex,
@@ -69,20 +62,19 @@ void TimelineUploadService::handlePresentationSubViewUpdate(
         }
         return;
     }
+    if (!codingTarget) {
+        return;
+    }
     const auto& row = *found;
     const std::int64_t position = found - rows->begin();
     if (position != viewIndex) {
         environment_.logManager.logInfo("Moving row from position " + std::to_string(position) + " to " +
                                         std::to_string(viewIndex) + " from presentation view update");
-        if (codingTarget) {
-            codingTarget->rearrangeRowsFrom({position}, viewIndex);
-        }
+        codingTarget->rearrangeRowsFrom({position}, viewIndex);
     }
     if (Base::compare(view.color(), row->color()) == Base::ColorComparison::different) {
         environment_.logManager.logInfo("Updated row color from presentation view update");
-        if (codingTarget) {
-            codingTarget->setRowColorWithRowId(row->uniqueId(), view.color());
-        }
+        codingTarget->setRowColorWithRowId(row->uniqueId(), view.color());
     }
 }
 

@@ -76,12 +76,17 @@ bool TimelineUploadService::applyFetchedSessions(const std::shared_ptr<TimelineP
                  pullFunction);
         return true;
     }
-    // What the user changed while the reply was under way would be taken for applied and never be sent. Before the first
-    // pull there is nothing of this session on the timeline yet, and what is there is not the session's.
-    if (lastModifyCount_ > 0 && lastModifyCount_ < timeline->modifyCount()) {
+    if (firstPullIsPending_) {
+        // What the timeline holds has not met this session yet: sent now, its rows would replace everybody's list of codes.
+        if (modifyCountAtStart_ < timeline->modifyCount()) {
+            unsentEdits_.areLost({modifyCountAtStart_ + 1, timeline->modifyCount()});
+        }
+    } else if (lastModifyCount_ < timeline->modifyCount()) {
+        // What the user changed while the reply was under way would be taken for applied and never be sent.
         updateTaggingSession({});
     }
     applyPrimarySession(timeline, primarySession);
+    firstPullIsPending_ = false;
     return true;
 }
 

@@ -42,11 +42,7 @@ void TimelineUploadService::handleTaggingSessionUpdate(TaggingSessionChangeType 
     checkIsMainThread(eventFunction);
     runBlockSerially(
         [self = shared_from_this(), changeType, taggingSession] {
-            try {
-                self->applyEvent(changeType, taggingSession);
-            } catch (...) {
-                self->logUnexpectedFailure(std::current_exception(), eventFunction);
-            }
+            self->attempt(eventFunction, [&] { self->applyEvent(changeType, taggingSession); });
             self->runNextBlock();
         },
         SynchronisationBlock::event);
@@ -127,11 +123,7 @@ void TimelineUploadService::updateTimelineWithChanges(
     if (!deletedMomentIds.empty()) {
         deleteMomentsOnTimeline(timeline, deletedMomentIds);
     }
-    try {
-        updatePresentationView(timeline, presentationView);
-    } catch (...) {
-        logUnexpectedFailure(std::current_exception(), function);
-    }
+    attempt(function, [&] { updatePresentationView(timeline, presentationView); });
     setLastModifyCount(timeline->modifyCount(), ModifyCountReason::applied);
 }
 
@@ -139,15 +131,15 @@ void TimelineUploadService::addNewMomentsToTimeline(const std::shared_ptr<Timeli
                                                     const Moments& moments) {
     checkIsMainThread(addFunction);
     Moments unknownMoments;
-    std::ranges::copy_if(moments, std::back_inserter(unknownMoments), [this](const auto& moment) {
-        return moment && !momentCache_.instanceId(moment->identifier());
-    });
+    for (const auto& moment : moments) {
+        attempt(addFunction, [&] {
+            if (moment && !momentCache_.instanceId(moment->identifier())) {
+                unknownMoments.push_back(moment);
+            }
+        });
+    }
     for (const auto& moment : unknownMoments) {
-        try {
-            addMoment(timeline, *moment);
-        } catch (...) {
-            logUnexpectedFailure(std::current_exception(), addFunction);
-        }
+        attempt(addFunction, [&] { addMoment(timeline, *moment); });
     }
 }
 
@@ -169,13 +161,8 @@ void TimelineUploadService::updateMomentsOnTimeline(const std::shared_ptr<Timeli
                                                     const Moments& moments) {
     checkIsMainThread(updateFunction);
     for (const auto& moment : moments) {
-        if (!moment) {
-            continue;
-        }
-        try {
-            updateMoment(timeline, *moment);
-        } catch (...) {
-            logUnexpectedFailure(std::current_exception(), updateFunction);
+        if (moment) {
+            attempt(updateFunction, [&] { updateMoment(timeline, *moment); });
         }
     }
 }
@@ -208,8 +195,8 @@ void TimelineUploadService::followCode(const std::shared_ptr<TimelineProtocol>& 
         logError(environment_.logManager, "Instance for moment is on the wrong row", "", updateFunction);
         return;
     }
-    environment_.logManager.logInfo("Moment has a different code, renaming row");
     if (const auto codingTarget = timeline->codingTarget()) {
+        environment_.logManager.logInfo("Moment has a different code, renaming row");
         codingTarget->setRowNameWithRowNum((*found)->rowNum(), moment.code());
     }
 }
@@ -218,11 +205,7 @@ void TimelineUploadService::deleteMomentsOnTimeline(const std::shared_ptr<Timeli
                                                     const std::vector<std::string>& momentIds) {
     checkIsMainThread(deleteFunction);
     for (const std::string& momentId : momentIds) {
-        try {
-            deleteMoment(timeline, momentId);
-        } catch (...) {
-            logUnexpectedFailure(std::current_exception(), deleteFunction);
-        }
+        attempt(deleteFunction, [&] { deleteMoment(timeline, momentId); });
     }
 }
 
@@ -241,7 +224,7 @@ void TimelineUploadService::deleteMoment(const std::shared_ptr<TimelineProtocol>
 
 void TimelineUploadService::setLastModifyCount(std::int64_t count, ModifyCountReason reason) {
     const std::int64_t old = std::exchange(lastModifyCount_, count);
-    highestModifyCount_ = std::max(highestModifyCount_, count);
+    unsentEdits_.accountFor(count);
     if (environment_.synchronisationObserver != nullptr) {
         environment_.synchronisationObserver->lastModifyCountDidChange(timelineId_, old, count, reason);
     }

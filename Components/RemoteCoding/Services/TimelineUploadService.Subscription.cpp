@@ -14,8 +14,7 @@ constexpr std::string_view reconnectFunction = "attemptReconnection(attempt:comp
 }  // namespace
 
 void TimelineUploadService::startSubscribing() {
-    ++backgroundStarts_;
-    startTask(Base::Home::background, subscribe(shared_from_this()), subscribeFunction);
+    startInBackground(subscribe(shared_from_this()), subscribeFunction);
 }
 
 Base::Task<void> TimelineUploadService::subscribe(std::shared_ptr<TimelineUploadService> self) {
@@ -57,7 +56,7 @@ void TimelineUploadService::subscriptionDidFail() {
     checkIsMainThread(subscribeFunction);
     // Unsubscribing lets go of the handlers, and so perhaps of the last reference.
     const auto self = shared_from_this();
-    taggingSessionSubscription_.unsubscribe();
+    attempt(subscribeFunction, [this] { taggingSessionSubscription_.unsubscribe(); });
     if (isSyncingCancelled_) {
         return;
     }
@@ -92,6 +91,10 @@ void TimelineUploadService::attemptReconnection(std::int64_t attempt, std::funct
                 return;
             }
             self->updateTaggingSession([self, attempt, completion](bool uploaded) {
+                if (self->isSyncingCancelled_) {
+                    self->runNextBlock();
+                    return;
+                }
                 if (!uploaded) {
                     self->retryReconnection(attempt, completion);
                     return;
@@ -112,16 +115,16 @@ void TimelineUploadService::attemptReconnection(std::int64_t attempt, std::funct
 }
 
 // The next attempt is queued while this one still holds the queue, so that it runs after everything that waits already.
-void TimelineUploadService::retryReconnection(std::int64_t attempt, std::function<void()> completion) {
-    if (isSyncingCancelled_) {
+void TimelineUploadService::retryReconnection(std::int64_t number, std::function<void()> completion) {
+    auto nextAttempt = [self = shared_from_this(), number, completion = std::move(completion)] {
+        self->attemptReconnection(number + 1, completion);
+        self->runNextBlock();
+    };
+    if (isSyncingCancelled_ || !attempt(reconnectFunction, [&] {
+            waitForTime(Limits::reconnectionDelay, std::move(nextAttempt));
+        })) {
         runNextBlock();
-        return;
     }
-    waitForTime(Limits::reconnectionDelay,
-                [self = shared_from_this(), attempt, completion = std::move(completion)] {
-                    self->attemptReconnection(attempt + 1, completion);
-                    self->runNextBlock();
-                });
 }
 
 }  // namespace RemoteCoding

@@ -69,12 +69,13 @@ void TimelineUploadService::updateTaggingSession(SuccessCompletion completion) {
             environment_.logManager.logInfo("Uploading all local timeline updates");
             startTask(Base::Home::background, upload(shared_from_this(), changes, completion),
                       updateFunction);
-            ++uploadsUnderWay_;
-            highestModifyCount_ = std::max(highestModifyCount_, changes->lastModifyCount);
+            unsentEdits_.uploadStarts({changes->firstModifyCount, changes->lastModifyCount});
             return;
         }
     } catch (...) {
         logUnexpectedFailure(std::current_exception(), updateFunction);
+        // A caller that goes on to apply remote changes passes over these edits.
+        unsentEdits_.areLost({lastModifyCount_ + 1, lastModifyCount_ + 1});
         succeeded = false;
     }
     if (completion) {
@@ -89,7 +90,15 @@ std::shared_ptr<const TimelineUploadService::ChangeSet> TimelineUploadService::f
         return nullptr;
     }
     const auto current = timeline();
-    if (!current || lastModifyCount_ >= current->modifyCount()) {
+    if (!current) {
+        return nullptr;
+    }
+    unsentEdits_.timelineWasRead();
+    if (lastModifyCount_ >= current->modifyCount()) {
+        return nullptr;
+    }
+    // Sent before the session was ever received, the timeline's own rows would replace everybody's list of codes.
+    if (isSyncingCancelled_ && firstPullIsPending_) {
         return nullptr;
     }
     auto changes = std::make_shared<ChangeSet>();
@@ -146,14 +155,9 @@ TimelineUploadService::uploadChanges(std::shared_ptr<const ChangeSet> changes) {
 
 void TimelineUploadService::finishUpload(const ChangeSet& changes, bool uploaded,
                                          const SuccessCompletion& completion) {
-    --uploadsUnderWay_;
+    unsentEdits_.uploadEnds({changes.firstModifyCount, changes.lastModifyCount}, uploaded);
     if (uploaded) {
-        std::erase_if(unsentRanges_, [&](const auto& range) {
-            return changes.firstModifyCount <= range.first && range.second <= changes.lastModifyCount;
-        });
         setLastModifyCount(changes.lastModifyCount, ModifyCountReason::uploaded);
-    } else {
-        unsentRanges_.emplace_back(changes.firstModifyCount, changes.lastModifyCount);
     }
     if (completion) {
         completion(uploaded);
@@ -225,12 +229,8 @@ std::size_t TimelineUploadService::writeBackSlice(const Instances& instances,
     const std::size_t end = std::min({instances.size(), momentIds.size(), first + Limits::writeBackSlice});
     index.refresh(timeline());
     for (std::size_t position = first; position < end; ++position) {
-        try {
-            setExternalIdAndCacheInstance(instances[position], momentIds[position], index);
-        } catch (...) {
-            logUnexpectedFailure(std::current_exception(),
-                                 "setExternalIdAndCacheInstance(instance:externalId:)");
-        }
+        attempt("setExternalIdAndCacheInstance(instance:externalId:)",
+                [&] { setExternalIdAndCacheInstance(instances[position], momentIds[position], index); });
     }
     return end;
 }

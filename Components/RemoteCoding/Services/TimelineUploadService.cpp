@@ -33,11 +33,7 @@ TimelineUploadService::make(HostEnvironment& environment, std::string timelineId
                                   std::move(taggingSessionService), std::move(graphQLClient)),
         Base::MainThreadDeleter(environment.execution));
     service->checkIsMainThread(initFunction);
-    try {
-        service->start();
-    } catch (...) {
-        service->logUnexpectedFailure(std::current_exception(), initFunction);
-    }
+    service->start();
     return service;
 }
 
@@ -64,29 +60,37 @@ TimelineUploadService::TimelineUploadService(
       taggingSessionSubscription_(graphQLClient, environment.logManager),
       graphQLClient_(std::move(graphQLClient)),
       queue_(timelineId_, environment.synchronisationObserver,
-             [this](const std::exception_ptr& error) { logUnexpectedFailure(error, "runNextBlock()"); }) {}
+             [this](const std::exception_ptr& error) { logUnexpectedFailure(error, "runNextBlock()"); }),
+      firstPullIsPending_(taggingSessionId_.has_value()) {}
 
 TimelineUploadService::~TimelineUploadService() {
     if (timelineObserver_) {
-        environment_.notificationCenter.removeObserver(*timelineObserver_);
+        attempt("deinit", [this] { environment_.notificationCenter.removeObserver(*timelineObserver_); });
     }
 }
 
 void TimelineUploadService::start() {
     const std::weak_ptr<TimelineUploadService> weakSelf = weak_from_this();
     // A call that never came back would otherwise keep the waiting blocks, and these the synchroniser, for good.
-    environment_.tasks.scope().whenDropped([weakSelf] {
+    environment_.tasks.scope().whenDropped(weakSelf, [weakSelf] {
         if (const auto self = weakSelf.lock()) {
             self->taggingSessionSubscription_.close();
             self->queue_.dropWaitingBlocks();
         }
     });
-    timelineObserver_ = environment_.notificationCenter.addObserver(
-        TimelineNotifications::timelineDidAnyChange, nullptr, [weakSelf](const Notification& notification) {
-            if (const auto self = weakSelf.lock()) {
-                self->timelineDidAnyChange(notification);
-            }
-        });
+    const auto observer = [weakSelf](const Notification& notification) {
+        if (const auto self = weakSelf.lock()) {
+            self->attempt("timelineDidAnyChange(_:)", [&] { self->timelineDidAnyChange(notification); });
+        }
+    };
+    attempt(initFunction, [&] {
+        const auto current = timeline();
+        modifyCountAtStart_ = current ? current->modifyCount() : 0;
+    });
+    attempt(initFunction, [&] {
+        timelineObserver_ = environment_.notificationCenter.addObserver(
+            TimelineNotifications::timelineDidAnyChange, nullptr, observer);
+    });
     const auto self = shared_from_this();
     if (taggingSessionId()) {
         runBlockSerially(
@@ -96,8 +100,7 @@ void TimelineUploadService::start() {
             },
             SynchronisationBlock::pull);
     } else {
-        ++backgroundStarts_;
-        startTask(Base::Home::background, createTaggingSessionAndStart(self), initFunction);
+        startInBackground(createTaggingSessionAndStart(self), initFunction);
     }
 }
 
@@ -130,7 +133,7 @@ void TimelineUploadService::cancelSyncing() {
     checkIsMainThread("cancelSyncing()");
     isSyncingCancelled_ = true;
     reconnectionAttempt_ = 0;
-    taggingSessionSubscription_.close();
+    attempt("cancelSyncing()", [this] { taggingSessionSubscription_.close(); });
     // What the user changed last must not wait for a throttler that may not live long enough to fire.
     updateTevuTaggingSessionThrottler_.fireNow();
 }
@@ -139,9 +142,10 @@ SynchronisationStatus TimelineUploadService::status() const {
     using Activity = SynchronisationStatus::Activity;
     SynchronisationStatus status;
     const auto current = timeline();
-    status.hasUnsentEdits = uploadsUnderWay_ > 0 || !unsentRanges_.empty() ||
-                            (current && highestModifyCount_ < current->modifyCount());
-    const bool isWorking = queue_.isRunningSerialBlockOperation() || uploadsUnderWay_ > 0 ||
+    status.hasUnsentEdits =
+        unsentEdits_.exist(current ? std::optional(current->modifyCount()) : std::nullopt);
+    status.receivesChanges = taggingSessionSubscription_.isSubscribed();
+    const bool isWorking = queue_.isRunningSerialBlockOperation() || unsentEdits_.isUploading() ||
                            backgroundStarts_ > 0 || updateTevuTaggingSessionThrottler_.isWaiting();
     if (isSyncingCancelled_) {
         status.activity = Activity::cancelled;
@@ -197,6 +201,13 @@ void TimelineUploadService::startTask(Base::Home home, Base::Task<void> task, st
                                      });
 }
 
+void TimelineUploadService::startInBackground(Base::Task<void> task, std::string_view function) {
+    ++backgroundStarts_;
+    if (!attempt(function, [&] { startTask(Base::Home::background, std::move(task), function); })) {
+        --backgroundStarts_;
+    }
+}
+
 std::shared_ptr<TimelineProtocol> TimelineUploadService::timeline() const {
     const auto component = environment_.componentLocator.timelineComponent();
     return component ? component->timelineWith(timelineId_) : nullptr;
@@ -213,7 +224,7 @@ void TimelineUploadService::checkIsNotMainThread(std::string_view function, cons
 }
 
 void TimelineUploadService::logUnexpectedFailure(const std::exception_ptr& error, std::string_view function,
-                                                 const Location& location) const {
+                                                 const Location& location) const noexcept {
     logError(environment_.logManager, "The host failed unexpectedly", Base::describe(error), function,
              location);
 }

@@ -7,6 +7,7 @@
 #include "Components/RemoteCoding/Models/MomentCache.hpp"
 #include "Components/RemoteCoding/Services/SerialBlockQueue.hpp"
 #include "Components/RemoteCoding/Services/TaggingSessionSubscription.hpp"
+#include "Components/RemoteCoding/Services/UnsentEdits.hpp"
 
 #include <atomic>
 #include <cstdint>
@@ -151,12 +152,26 @@ private:
     void queueUpload();
     static Base::Task<void> createTaggingSessionAndStart(std::shared_ptr<TimelineUploadService> self);
     void startTask(Base::Home home, Base::Task<void> task, std::string_view function);
+    /// For a task that counts `backgroundStarts_` down when it ends; logs what the execution throws.
+    void startInBackground(Base::Task<void> task, std::string_view function);
     [[nodiscard]] std::shared_ptr<TimelineProtocol> timeline() const;
     void checkIsMainThread(std::string_view function, const Location& location = Location::current()) const;
     void checkIsNotMainThread(std::string_view function,
                               const Location& location = Location::current()) const;
     void logUnexpectedFailure(const std::exception_ptr& error, std::string_view function,
-                              const Location& location = Location::current()) const;
+                              const Location& location = Location::current()) const noexcept;
+    /// Does a piece of work that nothing else may depend on: what it throws is logged. False when it threw.
+    template <typename Work>
+    bool attempt(std::string_view function, const Work& work,
+                 const Location& location = Location::current()) const {
+        try {
+            work();
+            return true;
+        } catch (...) {
+            logUnexpectedFailure(std::current_exception(), function, location);
+            return false;
+        }
+    }
     static Base::Task<void> waitAndComplete(std::shared_ptr<TimelineUploadService> self, double timeInSeconds,
                                             std::function<void()> completion);
 
@@ -198,7 +213,7 @@ private:
     void startSubscribing();
     static Base::Task<void> subscribe(std::shared_ptr<TimelineUploadService> self);
     void subscriptionDidFail();
-    void retryReconnection(std::int64_t attempt, std::function<void()> completion);
+    void retryReconnection(std::int64_t number, std::function<void()> completion);
 
     // Pull
     static Base::Task<void> pull(std::shared_ptr<TimelineUploadService> self,
@@ -227,14 +242,15 @@ private:
     SerialBlockQueue queue_;
     std::optional<NotificationCenterProtocol::ObserverId> timelineObserver_;
 
+    /// The timeline has not met its session: it was given one at the start, and has not applied it yet.
+    bool firstPullIsPending_;
+
     // For the status only.
-    std::int64_t highestModifyCount_ = 0;  ///< everything up to here is applied, sent or being sent
-    int uploadsUnderWay_ = 0;
+    UnsentEdits unsentEdits_;
+    std::int64_t modifyCountAtStart_ = 0;
     std::atomic<int> backgroundStarts_ =
         0;  ///< tagging sessions being created and subscriptions being opened
     std::int64_t reconnectionAttempt_ = 0;
-    std::vector<std::pair<std::int64_t, std::int64_t>>
-        unsentRanges_;  ///< counts that failed uploads left behind
 };
 
 }  // namespace RemoteCoding
