@@ -10,7 +10,7 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
-#include <mutex>
+#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -46,6 +46,8 @@ struct ExecutionHost {
         : name(std::move(name_)), make(std::move(make_)) {}
     std::string name;
     std::function<std::unique_ptr<ExecutionFixture>()> make;
+
+    friend void PrintTo(const ExecutionHost& host, std::ostream* stream) { *stream << host.name; }
 };
 
 template <typename Host>

@@ -7,6 +7,7 @@
 #include <any>
 #include <functional>
 #include <memory>
+#include <ostream>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -24,6 +25,8 @@ struct NotificationCenterHost {
         : name(std::move(name_)), make(std::move(make_)) {}
     std::string name;
     std::function<std::shared_ptr<Center>()> make;  ///< a new centre for each test, used on the test's thread
+
+    friend void PrintTo(const NotificationCenterHost& host, std::ostream* stream) { *stream << host.name; }
 };
 
 class NotificationCenterContract : public testing::TestWithParam<NotificationCenterHost> {
