@@ -10,7 +10,6 @@
 #include <sstream>
 #include <stdexcept>
 #include <thread>
-#include <tuple>
 #include <utility>
 
 namespace CodingDesk {
@@ -79,6 +78,10 @@ bool carryOutEdit(Workplace& workplace, const ReplayPlan& plan, const Edit& edit
     return coder.moveRow(row.name, move.to, move.color);
 }
 
+bool isReconnecting(const std::optional<RemoteCoding::SynchronisationStatus>& status) {
+    return status && status->activity == Activity::waitingToReconnect;
+}
+
 RowKey rowOf(const ReplayPlan& plan, const Edit& edit) {
     return std::visit(
         [&](const auto& kind) -> RowKey {
@@ -94,6 +97,10 @@ RowKey rowOf(const ReplayPlan& plan, const Edit& edit) {
 }
 
 }  // namespace
+
+bool Desk::Presence::isUpToDate() const {
+    return status && status->activity == Activity::idle && status->isSettled() && status->receivesChanges;
+}
 
 Desk::Desk(ReplayPlan plan, std::size_t analysts, std::uint64_t seed, Console& console, World& world)
     : plan_(std::move(plan)),
@@ -247,16 +254,17 @@ bool Desk::lookAround() {
     bool allSettled = true;
     for (AnalystIndex i = 0; i < analysts_.size(); ++i) {
         Presence& presence = presence_[i];
-        std::tie(presence.status, presence.modifyCount) =
-            analysts_[i]->ask<std::pair<RemoteCoding::SynchronisationStatus, std::int64_t>>(
-                [](Workplace& workplace) { return std::pair(workplace.status(), workplace.modifyCount()); });
-        const bool reconnects = presence.status.activity == Activity::waitingToReconnect;
+        analysts_[i]->ask<void>([&](Workplace& workplace) {
+            presence.status = workplace.status();
+            presence.modifyCount = workplace.modifyCount();
+        });
+        const bool reconnects = isReconnecting(presence.status);
         if (std::exchange(presence.isReconnecting, reconnects) != reconnects) {
             console_.say(
                 "         " + analysts_[i]->name() +
                 (reconnects ? " has lost the session and tries to reconnect." : " is connected again."));
         }
-        allSettled = allSettled && presence.status.isSettled();
+        allSettled = allSettled && presence.isUpToDate();
     }
     failIfAnalystFailed();
     showProgress();
@@ -275,12 +283,12 @@ void Desk::showProgress() {
                        std::to_string(plan_.steps.size()) + " edits";
     line += activity_.empty() ? " |" : ", " + activity_ + " |";
     for (AnalystIndex i = 0; i < analysts_.size(); ++i) {
-        const auto& status = presence_[i].status;
+        const Presence& presence = presence_[i];
         line += ' ' + analysts_[i]->name();
-        if (status.activity == Activity::waitingToReconnect) {
-            line += " reconnecting(" + std::to_string(status.reconnectionAttempt) + ')';
+        if (isReconnecting(presence.status)) {
+            line += " reconnecting(" + std::to_string(presence.status->reconnectionAttempt) + ')';
         } else {
-            line += status.activity == Activity::cancelled ? " -" : status.isSettled() ? " ok" : " ..";
+            line += !presence.status ? " -" : presence.isUpToDate() ? " ok" : " ..";
         }
     }
     console_.progress(line);
@@ -369,12 +377,11 @@ void Desk::sayDifferences(const std::vector<AnalystResult>& results, const Match
                          explanation(trace, results[i].name, difference) + ").");
         }
         allEqual = allEqual && found.empty();
-        if (!isSettled_ && !presence_[i].status.isSettled()) {
+        if (!isSettled_ && !presence_[i].isUpToDate()) {
             console_.say(results[i].name + ": the timeline did not come to rest within " +
                          decimal(patience, 0) + " s (" +
-                         (presence_[i].status.activity == Activity::waitingToReconnect
-                              ? "it still tries to reconnect"
-                              : "edits wait to be sent") +
+                         (isReconnecting(presence_[i].status) ? "it still tries to reconnect"
+                                                              : "edits wait to be sent") +
                          ").");
         }
     }

@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -36,9 +37,12 @@ public:
 
 private:
     struct Presence {
-        RemoteCoding::SynchronisationStatus status;
+        std::optional<RemoteCoding::SynchronisationStatus> status;  ///< absent before there is a session
         std::int64_t modifyCount = 0;
         bool isReconnecting = false;  ///< somebody was told so
+
+        /// Everything sent, everything received, and what comes next will be received too.
+        [[nodiscard]] bool isUpToDate() const;
     };
 
     void openSession();

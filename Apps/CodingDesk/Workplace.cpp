@@ -81,10 +81,8 @@ void Workplace::sessionDidChange(const RemoteCoding::RemoteCodingSessionDetails&
     listener_(details);
 }
 
-RemoteCoding::SynchronisationStatus Workplace::status() const {
-    RemoteCoding::SynchronisationStatus none;
-    none.activity = RemoteCoding::SynchronisationStatus::Activity::cancelled;
-    return timeline_ ? component_->synchronisationStatus(timeline_->uniqueId()).value_or(none) : none;
+std::optional<RemoteCoding::SynchronisationStatus> Workplace::status() const {
+    return timeline_ ? component_->synchronisationStatus(timeline_->uniqueId()) : std::nullopt;
 }
 
 std::int64_t Workplace::modifyCount() const { return timeline_ ? timeline_->modifyCount() : 0; }

@@ -47,7 +47,8 @@ public:
     /// What edits the session's timeline; null before there is a session.
     [[nodiscard]] Coder* coder() { return coder_.get(); }
 
-    [[nodiscard]] RemoteCoding::SynchronisationStatus status() const;
+    /// Absent before there is a session.
+    [[nodiscard]] std::optional<RemoteCoding::SynchronisationStatus> status() const;
     [[nodiscard]] std::int64_t modifyCount() const;
     [[nodiscard]] std::string timelineId() const;
     [[nodiscard]] MatchState state() const;
