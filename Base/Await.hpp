@@ -30,7 +30,12 @@ public:
             return;
         }
         call->result_.emplace(std::move(result));
-        call->context_.post([call] { call->resume(); });
+        try {
+            call->context_.post([call] { call->resume(); });
+        } catch (...) {
+            // An execution that refuses one job may take the next: that of another answer, or of the dropped completion.
+            call->result_.reset();
+        }
     }
 
     void abandon() noexcept {
@@ -67,11 +72,8 @@ class DroppedCompletionGuard {
 public:
     explicit DroppedCompletionGuard(std::shared_ptr<PendingCall<Value>> call) : call_(std::move(call)) {}
     ~DroppedCompletionGuard() {
-        try {
-            PendingCall<Value>::answer(
-                call_, failure<Value>(std::runtime_error("The call was dropped without an answer")));
-        } catch (...) {  // NOLINT(bugprone-empty-catch): an execution that takes no more jobs has stopped
-        }
+        PendingCall<Value>::answer(
+            call_, failure<Value>(std::runtime_error("The call was dropped without an answer")));
     }
     DroppedCompletionGuard(const DroppedCompletionGuard&) = delete;
     DroppedCompletionGuard& operator=(const DroppedCompletionGuard&) = delete;

@@ -43,13 +43,13 @@ public:
 /// on any thread that is not the main thread, several at a time and in any order.
 ///
 /// Ownership: a posted job belongs to the host until it has run. A job that is never going to run is destroyed, on
-/// any thread. The component's objects may outlive their last posted job by the length of one call.
+/// any thread.
 ///
-/// Failure: jobs of the component do not throw. An implementation that cannot accept a job throws; the component then
-/// treats the call that needed it as failed.
+/// Failure: jobs of the component do not throw. An implementation takes every job until it is stopped. One that it cannot
+/// take it refuses by throwing; the call that needed the job then fails, or is lost where there is nobody to tell.
 ///
-/// Shutdown: after the host has stopped its main loop it may drop what is still posted. It must not run jobs after
-/// the `HostEnvironment` is gone.
+/// Shutdown: once the host has stopped its main loop, it destroys what is still posted, without running it, on the main
+/// thread and before the `HostEnvironment` goes: waiting jobs may own objects of the component.
 class REMOTE_CODING_EXPORT ExecutionProtocol {
 public:
     virtual ~ExecutionProtocol() = default;

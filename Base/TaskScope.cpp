@@ -16,7 +16,10 @@ public:
         }
     }
 
-    void drop() noexcept { task_.reset(); }
+    void drop() noexcept {
+        task_.reset();
+        failed_ = nullptr;
+    }
 
     void taskDidFinish(const std::exception_ptr& error) noexcept override {
         if (error && failed_) {
@@ -88,19 +91,15 @@ void TaskScope::drop() {
     }
 }
 
-// Called from the last suspension of the root's coroutine. Its frame is destroyed here, at once, although the job that
-// runs it still refers to the root.
+// Called from the last suspension of the root's coroutine. The frame is destroyed here, at once, although the job that runs
+// it still refers to the root; and before the task stops being counted, so that a count of 0 means that all is let go of.
 void TaskScope::remove(Root& root) noexcept {
-    std::shared_ptr<Root> removed;
-    {
-        const std::lock_guard lock(mutex_);
-        if (const auto found = roots_.find(&root); found != roots_.end()) {
-            removed = std::move(found->second);
-            roots_.erase(found);
-        }
-    }
-    if (removed) {
-        removed->drop();
+    root.drop();
+    std::shared_ptr<Root> removed;  // destroyed after the lock is let go of
+    const std::lock_guard lock(mutex_);
+    if (const auto found = roots_.find(&root); found != roots_.end()) {
+        removed = std::move(found->second);
+        roots_.erase(found);
     }
 }
 

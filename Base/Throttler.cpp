@@ -25,7 +25,10 @@ Throttler::Throttler(ExecutionProtocol& execution, Seconds coalesceInterval, std
 
 Throttler::~Throttler() {
     if (const auto timer = std::exchange(state_->timer, nullptr)) {
-        timer->invalidate();
+        try {
+            timer->invalidate();
+        } catch (...) {  // NOLINT(bugprone-empty-catch): a timer that fires all the same finds its state gone
+        }
     }
 }
 

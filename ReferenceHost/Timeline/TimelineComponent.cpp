@@ -133,6 +133,7 @@ bool TimelineComponent::closeTimeline(const std::string& timelineId) {
     if (!timeline) {
         return false;
     }
+    notifications_.post(Notification(TimelineNotifications::timelineDidRemove, timeline));
     std::erase(timelines_, timeline);
     if (capturingTimelineId_ == timelineId) {
         capturingTimelineId_.reset();
@@ -143,7 +144,6 @@ bool TimelineComponent::closeTimeline(const std::string& timelineId) {
             frontTimelineId_ = timelines_.back()->uniqueId();
         }
     }
-    notifications_.post(Notification(TimelineNotifications::timelineDidRemove, timeline));
     return true;
 }
 

@@ -57,7 +57,7 @@ public:
     std::shared_ptr<Timeline> openTimeline(const std::string& title, std::optional<std::string> videoId = {},
                                            std::optional<std::string> timelineId = {});
 
-    /// Posts `timelineDidRemove` once it cannot be found any more. False when there is no such timeline.
+    /// Posts `timelineDidRemove`, then forgets the timeline. False when there is no such timeline.
     bool closeTimeline(const std::string& timelineId);
 
     /// The live share that the timeline shows is over: posts `liveShareDidComplete`. The timeline stays open.

@@ -56,7 +56,8 @@ namespace TimelineNotifications {
 /// A timeline changed. Object: the `TimelineProtocol`. Follows each change, the component's own included.
 inline constexpr const char* timelineDidAnyChange = "TimelineNotifications.timelineDidAnyChange";
 
-/// A timeline was closed. Object: the `TimelineProtocol`.
+/// A timeline is being closed. Object: the `TimelineProtocol`. Posted while `timelineWith` still gives it, so that its last
+/// edits can be sent; the host forgets the timeline right after.
 inline constexpr const char* timelineDidRemove = "TimelineNotifications.timelineDidRemove";
 
 /// A live share has come to its end. User info: "timelineId", a `std::string`.

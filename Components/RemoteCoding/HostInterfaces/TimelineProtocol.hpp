@@ -29,7 +29,8 @@ class TimelineInstanceProtocol;
 class TimelineRowProtocol;
 class TimelineProtocol;
 
-/// An immutable list: it may be held over edits and across threads. Never a null pointer, also when empty. Hold it in a
+/// An immutable list: it may be held over edits and across threads. Never a null pointer, also when empty. While it has not
+/// changed, the same object should be given again: what was made of it is then kept. Hold it in a
 /// variable while going through it: `for (const auto& row : *timeline->allRows())` lets go of it before the first turn.
 using RowList = std::shared_ptr<const std::vector<std::shared_ptr<TimelineRowProtocol>>>;
 using InstanceList = std::shared_ptr<const std::vector<std::shared_ptr<TimelineInstanceProtocol>>>;

@@ -21,7 +21,7 @@ inline constexpr std::int64_t maximumReconnectionAttempts = 300;
 inline constexpr Base::Seconds joinDelay{3.0};
 
 /// New moment ids that one job writes back before it lets others have the main thread. A number, not a time, so that a run on
-/// virtual time can be repeated exactly; a thousand writes take about a millisecond.
+/// virtual time can be repeated exactly.
 inline constexpr std::size_t writeBackSlice = 1000;
 
 }  // namespace RemoteCoding::Limits

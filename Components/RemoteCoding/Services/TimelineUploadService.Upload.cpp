@@ -93,12 +93,14 @@ std::shared_ptr<const TimelineUploadService::ChangeSet> TimelineUploadService::f
     if (!current) {
         return nullptr;
     }
-    unsentEdits_.timelineWasRead();
-    if (lastModifyCount_ >= current->modifyCount()) {
+    // Sent while the session was never received, the timeline's own rows would replace everybody's list of codes.
+    if (isSyncingCancelled_ && firstPullIsPending_ && lastModifyCount_ == 0) {
+        environment_.logManager.logWarn(
+            "Local timeline updates are not uploaded: the session ended before it was received.");
         return nullptr;
     }
-    // Sent before the session was ever received, the timeline's own rows would replace everybody's list of codes.
-    if (isSyncingCancelled_ && firstPullIsPending_) {
+    unsentEdits_.timelineWasRead();
+    if (lastModifyCount_ >= current->modifyCount()) {
         return nullptr;
     }
     auto changes = std::make_shared<ChangeSet>();
@@ -216,6 +218,7 @@ Base::Task<Base::Result<void>> TimelineUploadService::uploadNewInstances(Instanc
         });
         const Base::Result<void> written = co_await writing;
         if (!written.succeeded()) {
+            logUnexpectedFailure(written.error(), "uploadNewInstances(_:taggingSessionId:)");
             co_return written;
         }
     }
