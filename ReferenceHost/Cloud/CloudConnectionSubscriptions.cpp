@@ -22,9 +22,11 @@ CloudConnection::subscribe(const std::string& sessionId, const std::string& time
     info.operation = CloudOperation::subscribe;
     info.sessionId = sessionId;
     info.timelineId = timelineId;
-    const auto [takesCalls, number] = Base::synchronized(lock_, [&] {
+    std::uint64_t number = 0;
+    const bool takesCalls = Base::synchronized(lock_, [&] {
         info.number = ++lastCall_;
-        return std::pair(takesCalls_, ++lastRoute_);
+        number = ++lastRoute_;
+        return takesCalls_;
     });
     const auto subscription = std::make_shared<CloudSubscription>(
         weak_from_this(), number, std::move(changeHandler), std::move(errorHandler));
@@ -34,7 +36,7 @@ CloudConnection::subscribe(const std::string& sessionId, const std::string& time
     }
     info.time = now();
     const Fault fault = faultFor(info);
-    Base::synchronized(lock_, [&, number = number] {
+    Base::synchronized(lock_, [&] {
         Route& route = routes_[number];
         route.subscription = subscription;
         route.sessionId = sessionId;

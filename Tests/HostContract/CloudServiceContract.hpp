@@ -30,6 +30,7 @@ TEST_P(CloudServiceContract, MakesOneMomentForEachClipInTheirOrder) {
     const std::vector<Clip> clips = {Clip("Shot", 1.25, 2.5, "left foot"), Clip("Eckstoß ⚽", 3, 3),
                                      Clip("Shot", 0.1, 90.333333333333329), Clip("", -1, 4, "\"quoted\"\n")};
     std::vector<Instance> instances;
+    instances.reserve(clips.size());
     for (const Clip& clip : clips) {
         instances.push_back(tag(ann, clip));
     }

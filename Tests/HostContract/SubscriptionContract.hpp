@@ -219,6 +219,7 @@ TEST_P(SubscriptionContract, IsSilentAfterCancelAndLetsGoOfItsHandlers) {
     runUntil([&] { return early->events.size() == 1 && inside->events.size() == 1; });
 
     std::vector<Call<Ids>> creations;
+    creations.reserve(5);
     for (int i = 0; i < 5; ++i) {
         creations.push_back(startCreate(ann, session, timeline(ann), {tag(ann, Clip("Shot", i, i))}));
     }

@@ -68,6 +68,7 @@ struct Model {
 
 std::vector<MomentRecord> valuesOf(const std::vector<MomentPointer>& moments) {
     std::vector<MomentRecord> values;
+    values.reserve(moments.size());
     for (const MomentPointer& moment : moments) {
         values.push_back(*moment);
     }
