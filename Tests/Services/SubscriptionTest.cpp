@@ -141,14 +141,15 @@ TEST_F(SubscriptionTest, WhatWasQueuedDuringAnAttemptRunsBeforeTheNextOne) {
 }
 
 TEST_F(SubscriptionTest, ASubscriptionThatCannotBeOpenedIsTreatedAsOneThatFailed) {
-    ben().host.cloudClient().faultNext(Operation::subscribe, Fault(Fault::Kind::failBeforeEffect));
-    bool throws = true;
-    ben().hooks.before = [&](Operation operation) {
-        if (operation == Operation::subscribe && std::exchange(throws, false)) {
+    int subscriptions = 0;
+    ben().host.cloudClient().setFaultPlan([&](const ReferenceHost::CloudCall& call) {
+        const bool isSubscription = call.operation == Operation::subscribe;
+        if (isSubscription && ++subscriptions == 1) {
             throw std::runtime_error("no such luck");
         }
-        return true;
-    };
+        return Fault(isSubscription && subscriptions == 2 ? Fault::Kind::failBeforeEffect
+                                                          : Fault::Kind::none);
+    });
     ben().host.cloudClient().dropSubscriptions();
     settle();
     EXPECT_EQ(

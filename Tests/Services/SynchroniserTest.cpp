@@ -37,10 +37,10 @@ Analyst::~Analyst() {
 
 void Analyst::start(std::optional<std::string> taggingSessionId) {
     auto& environment = host.environment();
-    service = TimelineUploadService::make(
-        environment, timeline->uniqueId(), "team", "user", "video", std::move(taggingSessionId),
-        std::make_shared<HookedService>(hooks, environment.syncLibrary.makeTaggingSessionService()),
-        std::make_shared<HookedClient>(hooks, environment.graphQLClient));
+    service = TimelineUploadService::make(environment, timeline->uniqueId(), "team", "user", "video",
+                                          std::move(taggingSessionId),
+                                          environment.syncLibrary.makeTaggingSessionService(),
+                                          std::make_shared<HookedClient>(hooks, environment.graphQLClient));
 }
 
 std::shared_ptr<ReferenceHost::TimelineInstance> Analyst::tag(const std::string& rowName, double start,

@@ -6,7 +6,7 @@
 #include "ReferenceHost/Execution/VirtualScheduler.hpp"
 #include "ReferenceHost/Execution/VirtualTime.hpp"
 #include "ReferenceHost/Host.hpp"
-#include "Tests/Services/CloudHooks.hpp"
+#include "Tests/Services/HookedClient.hpp"
 
 #include <gtest/gtest.h>
 
@@ -38,7 +38,7 @@ public:
     std::shared_ptr<ReferenceHost::TimelineInstance> tag(const std::string& rowName, double start,
                                                          double end);
 
-    CloudHooks hooks;
+    ClientHooks hooks;
     ReferenceHost::VirtualExecution execution;
     ReferenceHost::Host host;
     std::shared_ptr<ReferenceHost::Timeline> timeline;

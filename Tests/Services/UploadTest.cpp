@@ -240,32 +240,21 @@ TEST_F(UploadTest, ThousandsOfNewMomentIdsAreWrittenBackInOrderAndLeaveTheMainTh
     EXPECT_EQ(cloudCalls(ann()), Strings({"createMoments"}));
 }
 
-TEST_F(UploadTest, ACallThatThrowsHangsOrIsNeverAnsweredDoesNotHoldUpTheQueue) {
-    std::function<bool()> misbehave;
-    ann().hooks.before = [&](Operation operation) {
-        return operation != Operation::createMoments || !misbehave || misbehave();
-    };
-    struct Case {
-        std::function<bool()> misbehave;
-        std::string error;
-    };
-    const std::vector<Case> cases = {
-        {[]() -> bool { throw std::runtime_error("no such luck"); }, "no such luck"},
-        {[]() -> bool { throw 42; }, "Unknown error"},
-        {[] { return false; }, "The call was dropped without an answer"},
-    };
-    for (const Case& each : cases) {
-        misbehave = each.misbehave;
+TEST_F(UploadTest, ACallThatThrowsOrHangsDoesNotHoldUpTheQueueForLonger) {
+    const auto expectFailure = [this](const std::string& error, const ReferenceHost::FaultPlan& plan) {
+        ann().host.cloudClient().setFaultPlan(plan);
         ann().tag("Attack", 20, 21);
         runFor(3);
-        EXPECT_EQ(complaints(ann()), Strings({"warn Unable to upload new moments. Error=" + each.error + ".",
+        EXPECT_EQ(complaints(ann()), Strings({"warn Unable to upload new moments. Error=" + error + ".",
                                               "warn Some upload operations are unsuccessful"}));
-        misbehave = nullptr;
+        ann().host.cloudClient().setFaultPlan({});
         announceChange();
         settle();
         expectAllEqual();
         forgetTrace();
-    }
+    };
+    expectFailure("no such luck", [](const auto&) -> Fault { throw std::runtime_error("no such luck"); });
+    expectFailure("Unknown error", [](const auto&) -> Fault { throw 42; });
 
     faultNext(Operation::createMoments, Kind::none, 30);
     ann().tag("Attack", 30, 31);
