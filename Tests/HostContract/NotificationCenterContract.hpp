@@ -154,6 +154,7 @@ TEST_P(NotificationCenterContract, LetsGoOfAnObserverOnRemovalFromAnyThread) {
 TEST_P(NotificationCenterContract, AllowsRemovalOnOneThreadWhileAnotherTells) {
     constexpr int observers = 200;
     std::vector<ObserverId> ids;
+    ids.reserve(observers);
     int calls = 0;
     for (int i = 0; i < observers; ++i) {
         ids.push_back(center().addObserver("a", nullptr, [&](const Notification&) { ++calls; }));
