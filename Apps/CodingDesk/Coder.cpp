@@ -1,6 +1,10 @@
 #include "Apps/CodingDesk/Coder.hpp"
 
+#include <algorithm>
+#include <cstdint>
+#include <type_traits>
 #include <utility>
+#include <variant>
 
 namespace CodingDesk {
 
@@ -14,19 +18,45 @@ Coder::Coder(AnalystIndex analyst, std::shared_ptr<ReferenceHost::Timeline> time
              const World& world)
     : analyst_(analyst), timeline_(std::move(timeline)), arrivals_(arrivals), world_(world) {}
 
-bool Coder::tag(ClipKey key, const PlannedClip& clip, const PlannedRow& row) {
+bool Coder::carryOut(const ReplayPlan& plan, const Edit& edit, const PlannedRow& row) {
+    return std::visit(
+        [&](const auto& kind) {
+            using Kind = std::decay_t<decltype(kind)>;
+            if constexpr (std::is_same_v<Kind, TagClip>) {
+                return tag(plan, kind, row);
+            } else if constexpr (std::is_same_v<Kind, RetimeClip>) {
+                return retime(plan, kind, row);
+            } else if constexpr (std::is_same_v<Kind, DeleteClip>) {
+                return remove(kind);
+            } else if constexpr (std::is_same_v<Kind, AddRow>) {
+                return addRow(kind, row);
+            } else if constexpr (std::is_same_v<Kind, RemoveRow>) {
+                return removeRow(row.name);
+            } else if constexpr (std::is_same_v<Kind, RecolorRow>) {
+                return recolorRow(row.name, kind.color);
+            } else if constexpr (std::is_same_v<Kind, MoveRow>) {
+                return moveRow(kind, row.name);
+            } else {
+                return false;
+            }
+        },
+        edit);
+}
+
+bool Coder::tag(const ReplayPlan& plan, const TagClip& edit, const PlannedRow& row) {
+    const PlannedClip& clip = plan.clips[edit.clip];
     auto target = timeline_->findRowNamed(row.name);
     if (!target) {
         willEdit(Sight::row(row.name));
         target = timeline_->addRow(row.name, row.color);
     }
     willEdit(Sight::clip(row.name, clip.start, clip.end));
-    tagged_[key] = timeline_->addInstance(target->uniqueId(), clip.start, clip.end)->uniqueId();
+    tagged_[edit.clip] = timeline_->addInstance(target->uniqueId(), clip.start, clip.end)->uniqueId();
     return true;
 }
 
-bool Coder::retime(ClipKey key, const PlannedClip& clip, const std::string& rowName, const RetimeClip& edit) {
-    const auto instance = findClip(key, clip, rowName);
+bool Coder::retime(const ReplayPlan& plan, const RetimeClip& edit, const PlannedRow& row) {
+    const auto instance = findClip(edit.clip, plan.clips[edit.clip], row.name);
     if (!instance) {
         return false;
     }
@@ -34,8 +64,8 @@ bool Coder::retime(ClipKey key, const PlannedClip& clip, const std::string& rowN
     return timeline_->retimeInstance(instance->uniqueId(), edit.start, edit.end);
 }
 
-bool Coder::remove(ClipKey key) {
-    const auto mine = tagged_.find(key);
+bool Coder::remove(const DeleteClip& edit) {
+    const auto mine = tagged_.find(edit.clip);
     const auto instance = mine != tagged_.end() ? timeline_->findInstance(mine->second) : nullptr;
     if (!instance) {
         return false;
@@ -44,12 +74,12 @@ bool Coder::remove(ClipKey key) {
     return timeline_->removeInstance(instance->uniqueId());
 }
 
-bool Coder::addRow(const PlannedRow& row, std::size_t to) {
+bool Coder::addRow(const AddRow& edit, const PlannedRow& row) {
     if (timeline_->findRowNamed(row.name)) {
         return false;
     }
     willEdit(Sight::row(row.name));
-    return timeline_->addRow(row.name, row.color, static_cast<std::int64_t>(to)) != nullptr;
+    return timeline_->addRow(row.name, row.color, static_cast<std::int64_t>(edit.to)) != nullptr;
 }
 
 bool Coder::removeRow(const std::string& name) {
@@ -72,14 +102,14 @@ bool Coder::recolorRow(const std::string& name, Base::Color color) {
     return timeline_->recolorRow(row->uniqueId(), color);
 }
 
-bool Coder::moveRow(const std::string& name, std::size_t to, Base::Color color) {
+bool Coder::moveRow(const MoveRow& edit, const std::string& name) {
     const auto row = timeline_->findRowNamed(name);
     if (!row || timeline_->numberOfRows() == 0) {
         return false;
     }
     const std::size_t last = timeline_->numberOfRows() - 1;
-    timeline_->moveRow(row->uniqueId(), static_cast<std::int64_t>(to < last ? to : last));
-    return recolorRow(name, color);
+    timeline_->moveRow(row->uniqueId(), static_cast<std::int64_t>(std::min(edit.to, last)));
+    return recolorRow(name, edit.color);
 }
 
 bool Coder::renameRow(const std::string& name, const std::string& newName) {

@@ -22,20 +22,21 @@ public:
     Coder(AnalystIndex analyst, std::shared_ptr<ReferenceHost::Timeline> timeline, Arrivals& arrivals,
           const World& world);
 
-    // Each tells whether it was done. The row's name is the present one, which everybody knows.
+    /// False when it could not be done. `row`: the row that the edit is about, with its present name, which everybody
+    /// knows. Pauses and links are none of the coder's business: such an edit cannot be done.
+    bool carryOut(const ReplayPlan& plan, const Edit& edit, const PlannedRow& row);
 
-    bool tag(ClipKey key, const PlannedClip& clip, const PlannedRow& row);
-    /// The clip is one of this analyst's, or else the one that stands where it was tagged.
-    bool retime(ClipKey key, const PlannedClip& clip, const std::string& rowName, const RetimeClip& edit);
-    /// One of this analyst's clips.
-    bool remove(ClipKey key);
-    bool addRow(const PlannedRow& row, std::size_t to);
-    bool removeRow(const std::string& name);
-    bool recolorRow(const std::string& name, Base::Color color);
-    bool moveRow(const std::string& name, std::size_t to, Base::Color color);
     bool renameRow(const std::string& name, const std::string& newName);
 
 private:
+    bool tag(const ReplayPlan& plan, const TagClip& edit, const PlannedRow& row);
+    /// The clip is one of this analyst's, or else the one that stands where it was tagged.
+    bool retime(const ReplayPlan& plan, const RetimeClip& edit, const PlannedRow& row);
+    bool remove(const DeleteClip& edit);
+    bool addRow(const AddRow& edit, const PlannedRow& row);
+    bool removeRow(const std::string& name);
+    bool recolorRow(const std::string& name, Base::Color color);
+    bool moveRow(const MoveRow& edit, const std::string& name);
     std::shared_ptr<ReferenceHost::TimelineInstance> findClip(ClipKey key, const PlannedClip& clip,
                                                               const std::string& rowName) const;
     void willEdit(const std::string& sight);

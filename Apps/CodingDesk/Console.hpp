@@ -34,6 +34,9 @@ public:
     /// Prints one line, or several.
     void say(std::string_view text);
 
+    /// One line that tells of something at an unknown match time: indented as far as the others are by theirs.
+    void note(std::string_view text) { say("         " + std::string(text)); }
+
     /// What is going on right now: the live line's new text. Without a live line it is printed once in a while.
     void progress(const std::string& text);
 

@@ -9,7 +9,7 @@
 namespace CodingDesk {
 
 /// Why that analyst's timeline may differ, as far as the record of what happened tells: the last thing that concerned the
-/// clip there, or else the analyst's last warning or error.
+/// clip there, and the last trouble that was logged there.
 [[nodiscard]] std::string explanation(const std::vector<ReferenceHost::TraceEntry>& trace,
                                       const std::string& analyst, const Difference& difference);
 
