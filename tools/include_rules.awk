@@ -21,7 +21,7 @@ BEGIN {
     sees["ReferenceHost"] = " Base HostInterfaces ReferenceHost "
     everything = sees["Component"] "ReferenceHost "
     sees["Apps"] = everything "Apps "
-    sees["Tests"] = everything "Tests "
+    sees["Tests"] = everything "Apps Tests "
     sees["Benchmarks"] = everything "Benchmarks Tests "
     sees["Examples"] = " Base HostInterfaces Component ReferenceHost Examples "
 }
