@@ -44,7 +44,9 @@ public:
         editRows();
         pauseAndRename();
         dropLink();
-        std::ranges::stable_sort(plan_.steps, {}, &Step::at);
+        for (auto& [at, step] : stepsByTime_) {
+            plan_.steps.push_back(std::move(step));
+        }
         return std::move(plan_);
     }
 
@@ -190,7 +192,7 @@ private:
     Base::Color freshColor() { return paletteColor(colors_++); }
 
     void add(double at, AnalystIndex analyst, Edit edit) {
-        plan_.steps.push_back({at, analyst, std::move(edit)});
+        stepsByTime_.emplace(at, Step{at, analyst, std::move(edit)});
     }
 
     void addUnlessTooLate(double at, AnalystIndex analyst, Edit edit) {
@@ -203,7 +205,8 @@ private:
     const PlanSettings& settings_;
     SeededRandom random_;
     ReplayPlan plan_;
-    double length_ = 0;  // seconds of the replay from the first tag to the last
+    std::multimap<double, Step> stepsByTime_;  // steps of the same moment in the order of their making
+    double length_ = 0;                        // seconds of the replay from the first tag to the last
     std::vector<RowKey> rowOfEvent_;
     std::vector<AnalystIndex> ownerOfCode_;
     std::set<std::string> names_;
