@@ -34,12 +34,14 @@ struct AddRow {
 struct RemoveRow {
     RowKey row = 0;
 };
+/// The colour is one that the row never had, for the reason given at `MoveRow`.
 struct RecolorRow {
     RowKey row = 0;
     Base::Color color;
 };
-/// The row also gets a colour that it never had. A row that is moved back to where its analyst sent it last, and is
-/// otherwise as it was sent, counts as sent already (see docs/guarantees.md), even when others have moved it meanwhile.
+/// The row also gets a colour that it never had. Without it, a move that brings every row back to where this analyst last
+/// sent it would not be sent: the component compares a row with what it has sent itself, not with what others have made
+/// of it since.
 struct MoveRow {
     RowKey row = 0;
     std::size_t to = 0;
