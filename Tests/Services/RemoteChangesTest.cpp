@@ -70,6 +70,7 @@ TEST_F(RemoteChangesTest, AppliesAddedUpdatedAndDeletedMomentsWithoutSendingThem
     settle();
     EXPECT_EQ(pictureOf(*ann().timeline),
               "Attack(10,20,30): 1-2/" + first + "\nDefence(40,50,60):\nCorner(1,2,3): 3-4/" + second + "\n");
+    EXPECT_TRUE(ann().service->momentCache().uploadedRow(ann().row("Corner")->uniqueId()));
     expectApplied();
 
     ReferenceHost::MomentDraft draft;
@@ -92,12 +93,15 @@ TEST_F(RemoteChangesTest, OwnEchoesRepeatedEventsAndUnknownMomentsChangeNothing)
     ann().host.cloudClient().setEventFaultPlan(
         [](const ReferenceHost::CloudEvent&) { return ReferenceHost::EventFault(false, 2); });
     ann().tag("Attack", 1, 2);
-    const auto count = ann().timeline->modifyCount();
+    addRemoteMoment("Defence", 3, 4);
     settle();
+    const auto count = ann().timeline->modifyCount();
+    EXPECT_EQ(ann().row("Attack")->numberOfInstances(), 1);
+    EXPECT_EQ(ann().row("Defence")->numberOfInstances(), 1);
     deliver(ann(), Type::momentsUpdated, {moment("never seen", "Attack")});
     deliver(ann(), Type::momentsDeleted, {moment("never seen", "Attack"), nullptr});
     EXPECT_EQ(ann().timeline->modifyCount(), count);
-    EXPECT_EQ(logCount(ann(), "info Received timeline update. ChangeType=momentsAdded"), 3);
+    EXPECT_EQ(logCount(ann(), "info Received timeline update. ChangeType=momentsAdded"), 6);
     EXPECT_EQ(complaints(ann()), Strings());
     expectAllEqual();
 }

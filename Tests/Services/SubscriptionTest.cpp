@@ -166,18 +166,20 @@ TEST_F(SubscriptionTest, ASubscriptionThatCannotBeOpenedIsTreatedAsOneThatFailed
 }
 
 TEST_F(SubscriptionTest, TheEndOfASessionInTheMiddleOfAPullAppliesNothing) {
+    holdBackEvents(ben(), 60);
+    ann().tag("Attack", 1, 2);
+    runFor(2);
     ben().host.cloudClient().faultNext(Operation::fetchTaggingSessions,
                                        Fault(Fault::Kind::none, Base::Seconds(5)));
     ben().host.cloudClient().dropSubscriptions();
-    ann().tag("Attack", 1, 2);
     runFor(2);
-    deliver(ben(), TaggingSessionChangeType::momentsDeleted, {nullptr});
+    deliver(ben(), {PresentationViewItem("New", Base::Color())});
     const auto count = ben().timeline->modifyCount();
     endAndExpectGone();
     EXPECT_EQ(remote().moments.size(), 1U);
     EXPECT_EQ(ben().timeline->modifyCount(), count);
     // The event that waited behind the pull logs its first line; there is no new subscription.
-    EXPECT_EQ(log(ben()).back(), "info Received timeline update. ChangeType=momentsDeleted");
+    EXPECT_EQ(log(ben()).back(), "info Received timeline update. ChangeType=presentationViewUpdated");
     EXPECT_EQ(cloudCalls(ben()), Strings({"fetchTaggingSessions"}));
 }
 
