@@ -1,12 +1,20 @@
 #pragma once
 
 #include <exception>
-#include <functional>
-#include <type_traits>
+#include <stdexcept>
 #include <utility>
 #include <variant>
 
 namespace Base {
+
+namespace Detail {
+
+/// A failure that was reported without an error is a failure all the same.
+inline std::exception_ptr presentError(std::exception_ptr error) {
+    return error ? std::move(error) : std::make_exception_ptr(std::runtime_error("Unknown error"));
+}
+
+}  // namespace Detail
 
 /// A value or the error that stands in its place. The error is handed on unchanged, as it was thrown or reported.
 ///
@@ -19,7 +27,7 @@ public:
     Result(Value value) : content_(std::in_place_index<0>, std::move(value)) {}
 
     [[nodiscard]] static Result failure(std::exception_ptr error) {
-        return Result(FailureTag{}, std::move(error));
+        return Result(FailureTag{}, Detail::presentError(std::move(error)));
     }
 
     [[nodiscard]] bool succeeded() const noexcept { return content_.index() == 0; }
@@ -60,7 +68,7 @@ public:
 
     [[nodiscard]] static Result failure(std::exception_ptr error) {
         Result result;
-        result.error_ = std::move(error);
+        result.error_ = Detail::presentError(std::move(error));
         return result;
     }
 

@@ -158,7 +158,7 @@ TEST_F(EndSharedTest, ASharedTimelineKeepsItsSessionActiveAfterTheStream) {
     EXPECT_TRUE(component_->hasActiveSession(timeline->uniqueId()));
 }
 
-TEST_F(EndSharedTest, ItsSynchronisationIsCancelledAndSeenUntilTheLastEditsHaveGone) {
+TEST_F(EndSharedTest, ItsSynchronisationIsCancelledAndItsStatusTellsWhetherTheLastEditsHaveGone) {
     const auto timeline = host();
     const auto& id = timeline->uniqueId();
     ASSERT_TRUE(component_->synchronisationStatus(id));
@@ -175,7 +175,10 @@ TEST_F(EndSharedTest, ItsSynchronisationIsCancelledAndSeenUntilTheLastEditsHaveG
     EXPECT_EQ(status->activity, Activity::cancelled);
     EXPECT_TRUE(status->hasUnsentEdits);
     settle();
-    EXPECT_FALSE(component_->synchronisationStatus(id)) << "nothing holds it any more";
+    status = component_->synchronisationStatus(id);
+    ASSERT_TRUE(status);
+    EXPECT_EQ(status->activity, Activity::cancelled);
+    EXPECT_FALSE(status->hasUnsentEdits);
     const auto remote = service_.snapshot(*service_.primarySessionOf("video"));
     ASSERT_TRUE(remote);
     EXPECT_EQ(remote->moments.size(), 1U) << "the last edits have gone out";

@@ -35,5 +35,19 @@ TEST_F(TwoWayTest, WhatOneEditsArrivesAtTheOther) {
     EXPECT_EQ(remote().moments.size(), 1U);
 }
 
+TEST_F(TwoWayTest, TextsMayBeLongEmptyOrStrange) {
+    startTwo(
+        {"", std::string("a\0b", 3), std::string(100'000, 'x'), "\"], [\"", "e\u0301", "\u00e9", "\xff\xfe"});
+    for (const auto& row : {ann().timeline->rowAt(0), ann().timeline->rowAt(3), ann().timeline->rowAt(6)}) {
+        ann().timeline->addInstance(row->uniqueId(), 1, 1, "notes \n\t\U0001F3C0" + row->name());
+    }
+    settle();
+    ben().timeline->renameRow(ben().timeline->rowAt(6)->uniqueId(), "\u202edetnuoc eb ot\n");
+    settle();
+    EXPECT_EQ(remote().moments.size(), 3U);
+    EXPECT_EQ(ann().timeline->rowAt(6)->name(), "\u202edetnuoc eb ot\n");
+    expectAllEqual();
+}
+
 }  // namespace
 }  // namespace RemoteCoding

@@ -89,6 +89,7 @@ void RemoteCodingComponent::joinRemoteCodingSession(const ShareFile& shareFile, 
         error = std::current_exception();
     }
     if (error) {
+        join->isAnswered = true;
         logError(environment_.logManager, "Failed to open a remote coding session.", Base::describe(error),
                  joinFunction);
     }
@@ -237,9 +238,9 @@ void RemoteCodingComponent::sessionEnded(std::string timelineId) {
              {"TaggingSessionId", session->taggingSessionId.value_or(std::string())},
              {"isHost", session->isHost}});
     });
-    std::erase_if(endedSynchronisersByTimelineId_, [](const auto& entry) { return entry.second.expired(); });
-    if (session->timelineUploadService) {
-        endedSynchronisersByTimelineId_.insert_or_assign(timelineId, session->timelineUploadService);
+    if (const auto& synchroniser = session->timelineUploadService) {
+        endedSynchronisersByTimelineId_.insert_or_assign(
+            timelineId, EndedSynchroniser{synchroniser, synchroniser->finalStatus()});
     }
     remoteCodingSessionsByTimelineId_.erase(timelineId);
 }

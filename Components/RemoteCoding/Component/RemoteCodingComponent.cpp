@@ -121,14 +121,16 @@ RemoteCodingComponent::sessionDetails(const std::string& timelineId) const {
 std::optional<SynchronisationStatus>
 RemoteCodingComponent::synchronisationStatus(const std::string& timelineId) const {
     checkIsMainThread(environment_, "synchronisationStatus(timelineId:)");
-    std::shared_ptr<TimelineUploadService> synchroniser;
     if (const auto session = this->session(timelineId)) {
-        synchroniser = session->timelineUploadService;
-    } else if (const auto ended = endedSynchronisersByTimelineId_.find(timelineId);
-               ended != endedSynchronisersByTimelineId_.end()) {
-        synchroniser = ended->second.lock();
+        const auto& synchroniser = session->timelineUploadService;
+        return synchroniser ? std::optional(synchroniser->status()) : std::nullopt;
     }
-    return synchroniser ? std::optional(synchroniser->status()) : std::nullopt;
+    const auto ended = endedSynchronisersByTimelineId_.find(timelineId);
+    if (ended == endedSynchronisersByTimelineId_.end()) {
+        return std::nullopt;
+    }
+    const auto synchroniser = ended->second.synchroniser.lock();
+    return synchroniser ? synchroniser->status() : *ended->second.finalStatus;
 }
 
 }  // namespace RemoteCoding

@@ -53,9 +53,8 @@ public:
     RemoteCodingComponent(const RemoteCodingComponent&) = delete;
     RemoteCodingComponent& operator=(const RemoteCodingComponent&) = delete;
 
-    /// How far the synchronisation of the timeline has come; absent when its session is not synchronised, or when it has
-    /// none. After a session has ended this still shows whether its last edits have gone out, until they have or
-    /// have failed to.
+    /// How far the synchronisation of the timeline has come; absent when it never had a session that was synchronised. Of
+    /// a session that has ended it still shows whether the last edits have gone out.
     [[nodiscard]] std::optional<SynchronisationStatus>
     synchronisationStatus(const std::string& timelineId) const;
 
@@ -91,6 +90,10 @@ public:
 
 private:
     struct Join;
+    struct EndedSynchroniser {
+        std::weak_ptr<TimelineUploadService> synchroniser;
+        std::shared_ptr<const SynchronisationStatus> finalStatus;
+    };
 
     explicit RemoteCodingComponent(HostEnvironment& environment);
 
@@ -120,7 +123,7 @@ private:
     std::shared_ptr<EnvironmentGate> gate_;  // shared with the host's completions, which may come late
     std::vector<NotificationCenterProtocol::ObserverId> observers_;
     std::map<std::string, std::shared_ptr<RemoteCodingSession>> remoteCodingSessionsByTimelineId_;
-    std::map<std::string, std::weak_ptr<TimelineUploadService>> endedSynchronisersByTimelineId_;
+    std::map<std::string, EndedSynchroniser> endedSynchronisersByTimelineId_;
 };
 
 }  // namespace RemoteCoding

@@ -57,7 +57,7 @@ namespace TimelineNotifications {
 inline constexpr const char* timelineDidAnyChange = "TimelineNotifications.timelineDidAnyChange";
 
 /// A timeline is being closed. Object: the `TimelineProtocol`. Posted while `timelineWith` still gives it, so that its last
-/// edits can be sent; the host forgets the timeline right after.
+/// edits can be sent if nothing else of it is under way; the host forgets the timeline right after.
 inline constexpr const char* timelineDidRemove = "TimelineNotifications.timelineDidRemove";
 
 /// A live share has come to its end. User info: "timelineId", a `std::string`.

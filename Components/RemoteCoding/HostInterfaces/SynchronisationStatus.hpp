@@ -18,7 +18,7 @@ struct SynchronisationStatus {
 
     /// Local edits have not reached the cloud: they wait to be sent, are being sent, or could not be sent. It stays true
     /// when edits will not be sent by themselves any more: those of an upload that failed while remote changes were
-    /// applied, and those made before the session was first received.
+    /// applied, and those made while the session was being received for the first time.
     bool hasUnsentEdits = false;
 
     /// The subscription is open: what others change arrives.

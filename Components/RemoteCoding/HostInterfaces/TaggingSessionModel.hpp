@@ -15,6 +15,9 @@
 /// tagged clip) and presentation views (the ordered, coloured list of codes).
 namespace RemoteCoding {
 
+/// What travels inside a moment besides its code and its times. Opaque: the component never reads it.
+class REMOTE_CODING_EXPORT Attribute : public HostObject {};
+
 /// The raw moment inside a `TaggingSessionItem`. Opaque: only `SyncLibraryProtocol::momentItem` looks into it.
 class REMOTE_CODING_EXPORT Moment : public HostObject {};
 

@@ -76,8 +76,8 @@ bool TimelineUploadService::applyFetchedSessions(const std::shared_ptr<TimelineP
                  pullFunction);
         return true;
     }
-    if (firstPullIsPending_) {
-        // What the timeline holds has not met this session yet: sent now, its rows would replace everybody's list of codes.
+    if (hasNotMetItsSession()) {
+        // Sent now, before it has received the session, the timeline's rows would replace everybody's list of codes.
         if (modifyCountAtStart_ < timeline->modifyCount()) {
             unsentEdits_.areLost({modifyCountAtStart_ + 1, timeline->modifyCount()});
         }

@@ -18,7 +18,7 @@ void TimelineUploadService::startSubscribing() {
 }
 
 Base::Task<void> TimelineUploadService::subscribe(std::shared_ptr<TimelineUploadService> self) {
-    self->subscribeToTaggingSessionUpdates(self->timelineId_);
+    self->attempt(subscribeFunction, [&] { self->subscribeToTaggingSessionUpdates(self->timelineId_); });
     --self->backgroundStarts_;
     co_return;
 }

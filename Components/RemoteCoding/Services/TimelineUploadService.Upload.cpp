@@ -94,7 +94,7 @@ std::shared_ptr<const TimelineUploadService::ChangeSet> TimelineUploadService::f
         return nullptr;
     }
     // Sent while the session was never received, the timeline's own rows would replace everybody's list of codes.
-    if (isSyncingCancelled_ && firstPullIsPending_ && lastModifyCount_ == 0) {
+    if (isSyncingCancelled_ && hasNotMetItsSession()) {
         environment_.logManager.logWarn(
             "Local timeline updates are not uploaded: the session ended before it was received.");
         return nullptr;

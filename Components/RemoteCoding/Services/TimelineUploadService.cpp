@@ -64,6 +64,7 @@ TimelineUploadService::TimelineUploadService(
       firstPullIsPending_(taggingSessionId_.has_value()) {}
 
 TimelineUploadService::~TimelineUploadService() {
+    attempt("deinit", [this] { *finalStatus_ = status(); });
     if (timelineObserver_) {
         attempt("deinit", [this] { environment_.notificationCenter.removeObserver(*timelineObserver_); });
     }
@@ -108,14 +109,17 @@ void TimelineUploadService::start() {
 Base::Task<void>
 TimelineUploadService::createTaggingSessionAndStart(std::shared_ptr<TimelineUploadService> self) {
     co_await self->createNewTaggingSession();
-    self->subscribeToTaggingSessionUpdates(self->timelineId_);
+    self->attempt(initFunction, [&] { self->subscribeToTaggingSessionUpdates(self->timelineId_); });
     Base::MainThreadCall submission(self->environment_.execution, [self] {
-        --self->backgroundStarts_;
         self->runBlockSerially([self] { self->updateTaggingSession([self](bool) { self->runNextBlock(); }); },
                                SynchronisationBlock::upload);
+        --self->backgroundStarts_;
     });
     const Base::Result<void> submitted = co_await submission;
-    submitted.value();
+    if (!submitted.succeeded()) {
+        --self->backgroundStarts_;
+        self->logUnexpectedFailure(submitted.error(), initFunction);
+    }
 }
 
 // The block holds the synchroniser weakly: a change that nobody is left to upload is not worth keeping it.

@@ -64,6 +64,9 @@ public:
 
     [[nodiscard]] SynchronisationStatus status() const;
 
+    /// Holds the status as it was at the end, once this synchroniser is gone.
+    [[nodiscard]] std::shared_ptr<const SynchronisationStatus> finalStatus() const { return finalStatus_; }
+
     /// Any thread.
     [[nodiscard]] std::optional<std::string> taggingSessionId() const;
     [[nodiscard]] bool isSyncingCancelled() const { return isSyncingCancelled_; }
@@ -175,6 +178,9 @@ private:
     static Base::Task<void> waitAndComplete(std::shared_ptr<TimelineUploadService> self, double timeInSeconds,
                                             std::function<void()> completion);
 
+    /// The timeline and its session have not met: nothing of either has gone to the other.
+    [[nodiscard]] bool hasNotMetItsSession() const { return firstPullIsPending_ && lastModifyCount_ == 0; }
+
     // Upload
     [[nodiscard]] std::shared_ptr<const ChangeSet> findLocalChanges();
     static Base::Task<void> upload(std::shared_ptr<TimelineUploadService> self,
@@ -242,11 +248,12 @@ private:
     SerialBlockQueue queue_;
     std::optional<NotificationCenterProtocol::ObserverId> timelineObserver_;
 
-    /// The timeline has not met its session: it was given one at the start, and has not applied it yet.
+    /// A session was given at the start, and has not been applied yet.
     bool firstPullIsPending_;
 
     // For the status only.
     UnsentEdits unsentEdits_;
+    const std::shared_ptr<SynchronisationStatus> finalStatus_ = std::make_shared<SynchronisationStatus>();
     std::int64_t modifyCountAtStart_ = 0;
     std::atomic<int> backgroundStarts_ =
         0;  ///< tagging sessions being created and subscriptions being opened
