@@ -81,7 +81,7 @@ TEST_F(PresentationViewTest, OnlyEmptyRowsThatTheViewDoesNotNameAreRemoved) {
 
     // Of two rows with one name only the first is moved and recoloured; the name keeps both.
     deliver(ann(), {view("New"), view("Attack", red)});
-    EXPECT_EQ(rowNames(), Strings({"New", "Attack", "Attack", "Full"}));
+    ASSERT_EQ(rowNames(), Strings({"New", "Attack", "Attack", "Full"}));
     EXPECT_EQ(ann().timeline->findRow(first)->color(), red);
     EXPECT_EQ(ann().timeline->findRow(second)->color(), grey);
     EXPECT_EQ(newLines(), Strings({"info Adding a new row from presentation view update",
@@ -95,7 +95,7 @@ TEST_F(PresentationViewTest, OnlyEmptyRowsThatTheViewDoesNotNameAreRemoved) {
     EXPECT_EQ(rowNames(), Strings({"Attack", "Attack", "Full"}));
 
     deliver(ann(), std::vector<PresentationViewItem>());
-    EXPECT_EQ(rowNames(), Strings({"Full"}));
+    ASSERT_EQ(rowNames(), Strings({"Full"}));
     EXPECT_EQ(ann().row("Full")->color(), grey);
 }
 

@@ -77,6 +77,16 @@ TEST_F(SubscriptionTest, AfterAFailureItCatchesUpInBothDirectionsAndSubscribesAg
               Strings({"createMoments", "fetchTaggingSessions", "subscribeToTaggingSessionChanges"}));
     EXPECT_EQ(ben().host.cloudClient().numberOfUncancelledSubscriptions(), 1U);
     expectAllEqual();
+
+    // An attempt whose upload fails does not pull.
+    forgetTrace();
+    ben().host.cloudClient().faultNext(Operation::createMoments, Fault(Fault::Kind::failBeforeEffect));
+    ben().tag("Attack", 5, 6);
+    ben().host.cloudClient().dropSubscriptions();
+    settle();
+    EXPECT_EQ(cloudCalls(ben()), Strings({"createMoments", "createMoments", "fetchTaggingSessions",
+                                          "subscribeToTaggingSessionChanges"}));
+    expectAllEqual();
 }
 
 TEST_F(SubscriptionTest, AttemptsAreTwoSecondsApartAndWhatHappenedMeanwhileArrivesAtAll) {
@@ -207,7 +217,7 @@ TEST_F(SubscriptionTest, TheEndOfASessionWhileItsSubscriptionIsBeingOpenedLeaves
 TEST_F(SubscriptionTest, TheEndOfASessionSendsTheLastEditsAtOnceAndNothingKeepsTheSynchroniser) {
     ben().tag("Attack", 1, 2);
     endAndExpectGone();
-    EXPECT_EQ(cloudCalls(ben()), Strings({"createMoments"}));
+    ASSERT_EQ(cloudCalls(ben()), Strings({"createMoments"}));
     EXPECT_EQ(trace.entries("Ben", ReferenceHost::TraceKind::blockStart).front().time,
               trace.entries("Ben", ReferenceHost::TraceKind::notification).back().time);
     EXPECT_EQ(complaints(ben()), Strings());

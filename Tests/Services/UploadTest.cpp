@@ -190,7 +190,7 @@ TEST_F(UploadTest, AMomentIdForWhatHasVanishedMeanwhileIsDropped) {
 TEST_F(UploadTest, ADeletionSavesAllRowsAndADeletedRowIsForgottenOnlyThen) {
     ann().timeline->removeInstance(sent.at(0)->uniqueId());
     settle();
-    EXPECT_EQ(cloudCalls(ann()), Strings({"removeMoments", "savePresentationView"}));
+    ASSERT_EQ(cloudCalls(ann()), Strings({"removeMoments", "savePresentationView"}));
     EXPECT_EQ(cloud.log(sessionId()).back().presentationView->size(), 2U);
 
     const std::string rowId = ann().row("Defence")->uniqueId();
