@@ -1,5 +1,7 @@
 #include "Apps/CodingDesk/Coder.hpp"
 
+#include "Apps/CodingDesk/Cast.hpp"
+
 #include <algorithm>
 #include <cstdint>
 #include <type_traits>
@@ -16,7 +18,9 @@ using ReferenceHost::TimelineInstance;
 
 Coder::Coder(AnalystIndex analyst, std::shared_ptr<ReferenceHost::Timeline> timeline, Arrivals& arrivals,
              const World& world)
-    : analyst_(analyst), timeline_(std::move(timeline)), arrivals_(arrivals), world_(world) {}
+    : analyst_(analyst), timeline_(std::move(timeline)), arrivals_(arrivals), world_(world) {
+    work_.analyst = castName(analyst);
+}
 
 bool Coder::carryOut(const ReplayPlan& plan, const Edit& edit, const PlannedRow& row) {
     return std::visit(
@@ -51,7 +55,9 @@ bool Coder::tag(const ReplayPlan& plan, const TagClip& edit, const PlannedRow& r
         target = timeline_->addRow(row.name, row.color);
     }
     willEdit(Sight::clip(row.name, clip.start, clip.end));
-    tagged_[edit.clip] = timeline_->addInstance(target->uniqueId(), clip.start, clip.end)->uniqueId();
+    const auto instance = timeline_->addInstance(target->uniqueId(), clip.start, clip.end);
+    tagged_[edit.clip] = work_.clips.size();
+    work_.clips.push_back({instance->uniqueId(), row.name, clip.start, clip.end});
     return true;
 }
 
@@ -66,11 +72,13 @@ bool Coder::retime(const ReplayPlan& plan, const RetimeClip& edit, const Planned
 
 bool Coder::remove(const DeleteClip& edit) {
     const auto mine = tagged_.find(edit.clip);
-    const auto instance = mine != tagged_.end() ? timeline_->findInstance(mine->second) : nullptr;
+    const auto instance =
+        mine != tagged_.end() ? timeline_->findInstance(work_.clips[mine->second].instanceId) : nullptr;
     if (!instance) {
         return false;
     }
     willRemove(*instance, instance->row()->name());
+    work_.clips[mine->second].isDeleted = true;
     return timeline_->removeInstance(instance->uniqueId());
 }
 
@@ -89,7 +97,9 @@ bool Coder::removeRow(const std::string& name) {
     }
     for (const auto& instance : *row->allInstances()) {
         willRemove(dynamic_cast<const TimelineInstance&>(*instance), name);
+        noteDeleted(instance->uniqueId());
     }
+    work_.removedRows.insert(name);
     return timeline_->removeRow(row->uniqueId());
 }
 
@@ -124,7 +134,7 @@ bool Coder::renameRow(const std::string& name, const std::string& newName) {
 std::shared_ptr<TimelineInstance> Coder::findClip(ClipKey key, const PlannedClip& clip,
                                                   const std::string& rowName) const {
     if (const auto mine = tagged_.find(key); mine != tagged_.end()) {
-        return timeline_->findInstance(mine->second);
+        return timeline_->findInstance(work_.clips[mine->second].instanceId);
     }
     const auto row = timeline_->findRowNamed(rowName);
     if (!row) {
@@ -138,6 +148,13 @@ std::shared_ptr<TimelineInstance> Coder::findClip(ClipKey key, const PlannedClip
         }
     }
     return nullptr;
+}
+
+void Coder::noteDeleted(const std::string& instanceId) {
+    const auto clip = std::ranges::find(work_.clips, instanceId, &Work::Clip::instanceId);
+    if (clip != work_.clips.end()) {
+        clip->isDeleted = true;
+    }
 }
 
 void Coder::willEdit(const std::string& sight) { arrivals_.edited(analyst_, sight, world_.now()); }

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "Apps/CodingDesk/Arrivals.hpp"
+#include "Apps/CodingDesk/Fates.hpp"
 #include "Apps/CodingDesk/ReplayPlan.hpp"
 #include "Apps/CodingDesk/World.hpp"
 #include "ReferenceHost/Timeline/Timeline.hpp"
 
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <string>
@@ -28,6 +30,9 @@ public:
 
     bool renameRow(const std::string& name, const std::string& newName);
 
+    /// What was done up to now.
+    [[nodiscard]] const Work& work() const { return work_; }
+
 private:
     bool tag(const ReplayPlan& plan, const TagClip& edit, const PlannedRow& row);
     /// The clip is one of this analyst's, or else the one that stands where it was tagged.
@@ -41,12 +46,14 @@ private:
                                                               const std::string& rowName) const;
     void willEdit(const std::string& sight);
     void willRemove(const ReferenceHost::TimelineInstance& clip, const std::string& rowName);
+    void noteDeleted(const std::string& instanceId);
 
     const AnalystIndex analyst_;
     const std::shared_ptr<ReferenceHost::Timeline> timeline_;
     Arrivals& arrivals_;
     const World& world_;
-    std::map<ClipKey, std::string> tagged_;  // the instance ids of this analyst's clips
+    Work work_;
+    std::map<ClipKey, std::size_t> tagged_;  // index into the work's clips
 };
 
 }  // namespace CodingDesk

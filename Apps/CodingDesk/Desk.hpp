@@ -51,6 +51,7 @@ private:
 
     [[nodiscard]] std::vector<AnalystResult> results() const;
     [[nodiscard]] MatchState remoteState(std::vector<AnalystResult>& results) const;
+    void sayFates() const;
     bool sayDifferences(const std::vector<AnalystResult>& results, const MatchState& remote);
 
     const ReplayPlan plan_;

@@ -1,8 +1,11 @@
 #include "Apps/CodingDesk/Desk.hpp"
 #include "Apps/CodingDesk/Explanation.hpp"
+#include "Apps/CodingDesk/Fates.hpp"
 #include "Apps/CodingDesk/Text.hpp"
 
 #include <algorithm>
+#include <iterator>
+#include <set>
 #include <sstream>
 
 /// What the desk says at the end.
@@ -29,6 +32,7 @@ bool Desk::report() {
              << " left out: the clip or row was not there any more, or not yet\n";
     }
     console_.say(text.str());
+    sayFates();
     return sayDifferences(all, remote);
 }
 
@@ -65,6 +69,29 @@ MatchState Desk::remoteState(std::vector<AnalystResult>& results) const {
         }
     }
     return remote;
+}
+
+void Desk::sayFates() const {
+    std::vector<Work> all;
+    for (const auto& analyst : analysts_) {
+        all.push_back(analyst->ask<Work>([](Workplace& workplace) {
+            return workplace.coder() != nullptr ? workplace.coder()->work() : Work{};
+        }));
+    }
+    std::set<std::string> origins;
+    std::set<std::string> rows;
+    if (const auto snapshot = world_.cloud.snapshot(address_.taggingSessionId)) {
+        for (const auto& moment : snapshot->moments) {
+            origins.insert(moment->originInstanceId);
+        }
+        if (snapshot->presentationView) {
+            std::ranges::transform(*snapshot->presentationView, std::inserter(rows, rows.end()),
+                                   &ReferenceHost::CodeRecord::name);
+        }
+    }
+    for (const std::string& line : fates(all, origins, rows)) {
+        console_.say(line);
+    }
 }
 
 bool Desk::sayDifferences(const std::vector<AnalystResult>& results, const MatchState& remote) {
