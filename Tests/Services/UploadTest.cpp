@@ -225,6 +225,7 @@ TEST_F(UploadTest, WithoutATaggingSessionItKeepsRunningAndSendsNothing) {
 TEST_F(UploadTest, ThousandsOfNewMomentIdsAreWrittenBackInOrderAndLeaveTheMainThreadInBetween) {
     constexpr std::size_t count = 3000;
     std::vector<std::shared_ptr<ReferenceHost::TimelineInstance>> clips;
+    clips.reserve(count);
     for (std::size_t i = 0; i < count; ++i) {
         clips.push_back(ann().tag("Attack", 100, 101));
     }
