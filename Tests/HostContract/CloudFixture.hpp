@@ -3,14 +3,16 @@
 #include "Base/ExecutionProtocol.hpp"
 #include "Components/RemoteCoding/HostInterfaces/GraphQLTaggingSessionProtocol.hpp"
 #include "Components/RemoteCoding/HostInterfaces/SyncLibraryProtocol.hpp"
+#include "Tests/HostContract/NamedHost.hpp"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstddef>
 #include <functional>
+#include <iterator>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -23,13 +25,10 @@ namespace HostContract {
 
 /// What a clip says.
 struct Clip {
-    Clip(std::string code_, double start_, double end_, std::string notes_ = {})
-        : code(std::move(code_)), start(start_), end(end_), notes(std::move(notes_)) {}
-
     std::string code;
     double start;  ///< seconds
     double end;    ///< seconds
-    std::string notes;
+    std::string notes = {};
 
     friend bool operator==(const Clip&, const Clip&) = default;
     friend void PrintTo(const Clip& clip, std::ostream* stream) {
@@ -73,14 +72,7 @@ public:
     virtual void settle() = 0;
 };
 
-struct CloudHost {
-    CloudHost(std::string name_, std::function<std::unique_ptr<CloudFixture>(std::size_t)> make_)
-        : name(std::move(name_)), make(std::move(make_)) {}
-    std::string name;
-    std::function<std::unique_ptr<CloudFixture>(std::size_t analysts)> make;
-
-    friend void PrintTo(const CloudHost& host, std::ostream* stream) { *stream << host.name; }
-};
+using CloudHost = NamedHost<CloudFixture, std::size_t>;  // made for so many analysts
 
 /// The base of both suites: analysts 0 (Ann), 1 (Ben) and 2 (Cleo) of one team with one video.
 class CloudContractTest : public testing::TestWithParam<CloudHost> {
@@ -93,43 +85,29 @@ protected:
 
     using Timeline = CloudFixture::Timeline;
     using Instance = CloudFixture::Instance;
+    using Instances = std::vector<Instance>;
     using Ids = std::vector<std::string>;
+    using Service = RemoteCoding::TaggingSessionServiceProtocol;
     using Sessions = std::vector<RemoteCoding::TaggingSessionItem>;
 
+    /// A call under way: how often it has been answered, and its first answer, which is to be its only one.
     template <typename Value>
     class Pending {
     public:
-        [[nodiscard]] bool isDone() const {
-            const std::lock_guard lock(mutex_);
-            return answer_.has_value();
-        }
-        [[nodiscard]] bool hasReturned() const {
-            const std::lock_guard lock(mutex_);
-            return returned_;
-        }
-        [[nodiscard]] int answers() const {
-            const std::lock_guard lock(mutex_);
-            return answers_;
-        }
-        [[nodiscard]] Base::Result<Value> answer() const {
-            const std::lock_guard lock(mutex_);
-            return *answer_;
-        }
+        [[nodiscard]] int answers() const { return answers_; }
+        [[nodiscard]] bool isDone() const { return answers_ != 0; }
+        [[nodiscard]] Base::Result<Value> answer() const { return *answer_; }
         void keep(Base::Result<Value> answer) {
-            const std::lock_guard lock(mutex_);
-            answer_.emplace(std::move(answer));
+            if (answers_ == 0) {
+                answer_.emplace(std::move(answer));
+            }
             ++answers_;
         }
-        void setReturned() {
-            const std::lock_guard lock(mutex_);
-            returned_ = true;
-        }
+        std::atomic<bool> hasReturned = false;
 
     private:
-        mutable std::mutex mutex_;
+        std::atomic<int> answers_ = 0;
         std::optional<Base::Result<Value>> answer_;
-        int answers_ = 0;
-        bool returned_ = false;
     };
     template <typename Value>
     using Call = std::shared_ptr<Pending<Value>>;
@@ -142,21 +120,10 @@ protected:
 
     CloudFixture& host() { return *fixture_; }
     Timeline timeline(std::size_t analyst) { return fixture_->timeline(analyst); }
-    RemoteCoding::TaggingSessionServiceProtocol& service(std::size_t analyst) { return *services_[analyst]; }
+    Instance tag(std::size_t analyst, const Clip& clip) { return fixture_->tag(timeline(analyst), clip); }
 
     void runUntil(const std::function<bool()>& predicate) {
         ASSERT_TRUE(fixture_->runUntil(predicate)) << "The host did not get there.";
-    }
-
-    /// Makes the call in the analyst's background and does not wait.
-    template <typename Value>
-    Call<Value> start(std::size_t analyst, std::function<void(Base::Completion<Value>)> call) {
-        auto pending = std::make_shared<Pending<Value>>();
-        fixture_->execution(analyst).postToBackground([pending, call = std::move(call)] {
-            call([pending](Base::Result<Value> answer) { pending->keep(std::move(answer)); });
-            pending->setReturned();
-        });
-        return pending;
     }
 
     template <typename Value>
@@ -165,46 +132,43 @@ protected:
         return call->answer();
     }
 
+    /// Calls the analyst's service in its background and does not wait.
+    template <typename Value, typename... Parameters, typename... Arguments>
+    Call<Value> start(std::size_t analyst, void (Service::*operation)(Parameters...),
+                      Arguments... arguments) {
+        auto pending = std::make_shared<Pending<Value>>();
+        fixture_->execution(analyst).postToBackground([=, service = services_[analyst]] {
+            ((*service).*operation)(
+                arguments..., [pending](Base::Result<Value> answer) { pending->keep(std::move(answer)); });
+            pending->hasReturned = true;
+        });
+        return pending;
+    }
+
     Call<std::string> startCreateSession(std::size_t analyst, const std::string& videoId = video) {
-        return start<std::string>(analyst, [=, this](auto completion) {
-            service(analyst).createTaggingSession(team, videoId, "user", completion);
-        });
+        return start<std::string>(analyst, &Service::createTaggingSession, team, videoId, "user");
     }
-
     Call<Ids> startCreate(std::size_t analyst, const std::string& session, const Timeline& timeline,
-                          std::vector<Instance> instances) {
-        const auto list = std::make_shared<const std::vector<Instance>>(std::move(instances));
-        return start<Ids>(analyst, [=, this](auto completion) {
-            service(analyst).createMoments(team, video, session, timeline->uniqueId(), list, completion);
-        });
+                          const Instances& instances) {
+        return start<Ids>(analyst, &Service::createMoments, team, video, session, timeline->uniqueId(),
+                          std::make_shared<const Instances>(instances));
     }
-
-    Call<bool> startUpdate(std::size_t analyst, const std::string& session, std::vector<Instance> instances) {
-        const auto list = std::make_shared<const std::vector<Instance>>(std::move(instances));
-        return start<bool>(analyst, [=, this](auto completion) {
-            service(analyst).updateMoments(team, video, session, timeline(analyst)->uniqueId(), list,
-                                           completion);
-        });
+    Call<bool> startUpdate(std::size_t analyst, const std::string& session, const Instances& instances) {
+        return start<bool>(analyst, &Service::updateMoments, team, video, session,
+                           timeline(analyst)->uniqueId(), std::make_shared<const Instances>(instances));
     }
-
-    Call<bool> startRemove(std::size_t analyst, const std::string& session, Ids ids) {
-        return start<bool>(analyst, [=, this](auto completion) {
-            service(analyst).removeMoments(team, video, session, timeline(analyst)->uniqueId(), ids,
-                                           completion);
-        });
+    Call<bool> startRemove(std::size_t analyst, const std::string& session, const Ids& ids) {
+        return start<bool>(analyst, &Service::removeMoments, team, video, session,
+                           timeline(analyst)->uniqueId(), ids);
     }
-
     Call<std::string> startSaveRows(std::size_t analyst, const std::string& session) {
-        return start<std::string>(analyst, [=, this](auto completion) {
-            service(analyst).savePresentationView(team, video, session, timeline(analyst)->uniqueId(), "",
-                                                  timeline(analyst)->allRows(), completion);
-        });
+        return start<std::string>(analyst, &Service::savePresentationView, team, video, session,
+                                  timeline(analyst)->uniqueId(), "", timeline(analyst)->allRows());
     }
-
-    Call<Sessions> startFetch(std::size_t analyst, const std::string& videoId = video) {
+    Call<Sessions> startFetch(std::size_t analyst) {
         const auto pending = std::make_shared<Pending<Sessions>>();
         fixture_->graphQLClient(analyst).fetchTaggingSessions(
-            team, videoId, std::nullopt,
+            team, video, std::nullopt,
             [pending](Base::Result<Sessions> answer) { pending->keep(std::move(answer)); });
         return pending;
     }
@@ -212,49 +176,45 @@ protected:
     std::string createSession(std::size_t analyst) { return wait(startCreateSession(analyst)).value(); }
 
     /// Creates moments of the analyst's own timeline and notes their ids on the clips.
-    Ids create(std::size_t analyst, const std::string& session, const std::vector<Instance>& instances) {
+    Ids create(std::size_t analyst, const std::string& session, const Instances& instances) {
         const Ids ids = wait(startCreate(analyst, session, timeline(analyst), instances)).value();
-        for (std::size_t i = 0; i < std::min(ids.size(), instances.size()); ++i) {
+        EXPECT_EQ(ids.size(), instances.size());
+        for (std::size_t i = 0; i < ids.size(); ++i) {
             instances[i]->setExternalId(ids[i]);
         }
         return ids;
     }
 
-    Instance tag(std::size_t analyst, const Clip& clip) { return fixture_->tag(timeline(analyst), clip); }
-
     /// The moments of the video's primary session, in the order of the fetch.
     std::vector<std::shared_ptr<const RemoteCoding::MomentItem>> fetchMoments(std::size_t analyst) {
         std::vector<std::shared_ptr<const RemoteCoding::MomentItem>> items;
         const Sessions sessions = wait(startFetch(analyst)).value();
-        if (!sessions.empty() && sessions.front().moments) {
-            for (const auto& moment : *sessions.front().moments) {
-                items.push_back(fixture_->syncLibrary(analyst).momentItem(*moment));
-            }
+        for (const auto& moment : *sessions.front().moments) {
+            items.push_back(fixture_->syncLibrary(analyst).momentItem(*moment));
         }
         return items;
     }
 
     Ids fetchIds(std::size_t analyst) {
         Ids ids;
-        for (const auto& item : fetchMoments(analyst)) {
-            ids.push_back(item->identifier());
-        }
+        std::ranges::transform(fetchMoments(analyst), std::back_inserter(ids),
+                               [](const auto& item) { return item->identifier(); });
         return ids;
     }
 
     /// What the moments say, by what becomes of them on an empty timeline.
     std::vector<Clip> fetchClips(std::size_t analyst) {
-        const Timeline scratch = fixture_->makeTimeline();
         std::vector<Clip> clips;
-        for (const auto& item : fetchMoments(analyst)) {
-            clips.push_back(fixture_->clipOf(item->appendToTimeline(scratch)));
-        }
+        std::ranges::transform(fetchMoments(analyst), std::back_inserter(clips),
+                               [this, scratch = fixture_->makeTimeline()](const auto& item) {
+                                   return fixture_->clipOf(item->appendToTimeline(scratch));
+                               });
         return clips;
     }
 
 private:
-    std::unique_ptr<CloudFixture> fixture_;
-    std::vector<std::shared_ptr<RemoteCoding::TaggingSessionServiceProtocol>> services_;
+    std::shared_ptr<CloudFixture> fixture_;
+    std::vector<std::shared_ptr<Service>> services_;
 };
 
 }  // namespace HostContract

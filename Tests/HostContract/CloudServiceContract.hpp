@@ -11,12 +11,9 @@ class CloudServiceContract : public CloudContractTest {};
 
 TEST_P(CloudServiceContract, GivesAVideoOneSessionHoweverManyAskForIt) {
     EXPECT_TRUE(wait(startFetch(ann)).value().empty());
-
     const auto first = startCreateSession(ann);
     const auto second = startCreateSession(ben);
     const std::string session = wait(first).value();
-
-    EXPECT_FALSE(session.empty());
     EXPECT_EQ(wait(second).value(), session);
     EXPECT_EQ(createSession(cleo), session);
     EXPECT_NE(wait(startCreateSession(ann, "another video")).value(), session);
@@ -30,22 +27,15 @@ TEST_P(CloudServiceContract, MakesOneMomentForEachClipInTheirOrder) {
     const std::vector<Clip> clips = {Clip("Shot", 1.25, 2.5, "left foot"), Clip("Eckstoß ⚽", 3, 3),
                                      Clip("Shot", 0.1, 90.333333333333329), Clip("", -1, 4, "\"quoted\"\n")};
     std::vector<Instance> instances;
-    instances.reserve(clips.size());
     for (const Clip& clip : clips) {
         instances.push_back(tag(ann, clip));
     }
 
     const Ids ids = create(ann, session, instances);
-
-    ASSERT_EQ(ids.size(), clips.size());
     EXPECT_EQ(fetchIds(ben), ids);
     EXPECT_EQ(fetchClips(ben), clips);
-    std::vector<std::string> codes;
-    for (const auto& item : fetchMoments(ben)) {
-        codes.push_back(item->code());
-    }
-    EXPECT_EQ(codes, (std::vector<std::string>{"Shot", "Eckstoß ⚽", "Shot", ""}));
-    EXPECT_TRUE(wait(startCreate(ann, session, timeline(ann), {})).value().empty());
+    EXPECT_EQ(fetchMoments(ben)[1]->code(), "Eckstoß ⚽");
+    EXPECT_TRUE(create(ann, session, {}).empty());
 }
 
 TEST_P(CloudServiceContract, TakesARepeatedCreationForAnUpdateWhileTheMomentLives) {
@@ -56,19 +46,12 @@ TEST_P(CloudServiceContract, TakesARepeatedCreationForAnUpdateWhileTheMomentLive
 
     host().retime(timeline(ann), clip, 10, 20);
     const Ids again = create(ann, session, {other, clip});
-    ASSERT_EQ(again.size(), 2U);
     EXPECT_EQ(again[1], id);
-    EXPECT_NE(again[0], id);
     EXPECT_EQ(fetchClips(ben), (std::vector<Clip>{Clip("Shot", 10, 20), Clip("Pass", 5, 6)}));
-
-    // The same instance id on another timeline is another clip.
-    const Timeline elsewhere = host().makeTimeline();
-    const Ids foreign = wait(startCreate(ann, session, elsewhere, {clip})).value();
-    EXPECT_NE(foreign.front(), id);
-
+    EXPECT_NE(wait(startCreate(ann, session, host().makeTimeline(), {clip})).value().front(), id)
+        << "The same instance id on another timeline is another clip.";
     EXPECT_TRUE(wait(startRemove(ann, session, {id})).value());
-    const Ids reborn = create(ann, session, {clip});
-    EXPECT_NE(reborn.front(), id);
+    EXPECT_NE(create(ann, session, {clip}).front(), id);
     EXPECT_EQ(fetchIds(ben).size(), 3U);
 }
 
@@ -79,7 +62,7 @@ TEST_P(CloudServiceContract, PassesOverMomentsThatAreGone) {
     const Instance neverSent = tag(ann, Clip("Shot", 5, 6));
     const Ids ids = create(ann, session, {kept, gone});
 
-    EXPECT_TRUE(wait(startRemove(ben, session, {ids[1], "no such moment"})).value());
+    EXPECT_TRUE(wait(startRemove(ben, session, {"no such moment", ids[1]})).value());
     EXPECT_TRUE(wait(startRemove(ann, session, {ids[1]})).value());
     host().retime(timeline(ann), kept, 7, 8);
     EXPECT_TRUE(wait(startUpdate(ann, session, {gone, neverSent, kept})).value());
@@ -88,27 +71,11 @@ TEST_P(CloudServiceContract, PassesOverMomentsThatAreGone) {
     EXPECT_EQ(fetchClips(ben), std::vector<Clip>{Clip("Shot", 7, 8)});
 }
 
-TEST_P(CloudServiceContract, WritesClipsAsTheyWereWhenItWasCalled) {
-    const std::string session = createSession(ann);
-    const Instance clip = tag(ann, Clip("Shot", 1, 2));
-
-    const auto creation = startCreate(ann, session, timeline(ann), {clip});
-    runUntil([&] { return creation->hasReturned(); });
-    host().retime(timeline(ann), clip, 10, 20);
-    clip->setExternalId(wait(creation).value().front());
-    EXPECT_EQ(fetchClips(ben), std::vector<Clip>{Clip("Shot", 1, 2)});
-
-    const auto update = startUpdate(ann, session, {clip});
-    runUntil([&] { return update->hasReturned(); });
-    host().remove(timeline(ann), clip);
-    EXPECT_TRUE(wait(update).value());
-    EXPECT_EQ(fetchClips(ben), std::vector<Clip>{Clip("Shot", 10, 20)});
-}
-
-TEST_P(CloudServiceContract, KeepsTheRowsOfThePresentationViewInOrderAndColour) {
+TEST_P(CloudServiceContract, KeepsTheRowsOfTheLastPresentationViewInOrderAndColour) {
+    using Rows = std::vector<std::pair<std::string, Base::Color>>;
     const std::string session = createSession(ann);
     const auto fetchRows = [&] {
-        std::vector<std::pair<std::string, Base::Color>> rows;
+        Rows rows;
         const Sessions sessions = wait(startFetch(ben)).value();
         for (const auto& view : *sessions.front().presentationViews) {
             const auto item = host().syncLibrary(ben).presentationViewItem(*view);
@@ -118,44 +85,49 @@ TEST_P(CloudServiceContract, KeepsTheRowsOfThePresentationViewInOrderAndColour) 
         }
         return rows;
     };
-    EXPECT_TRUE(fetchRows().empty());
+    const Rows rows = {{"Shot", {255, 0, 0}}, {"", {1, 2, 3, 4}}, {"Shot", {1, 2, 3}}};
+    for (const auto& [name, color] : rows) {
+        host().addRow(timeline(ann), name, color);
+    }
 
-    const Base::Color red(255, 0, 0);
-    const Base::Color faint(1, 2, 3, 4);
-    host().addRow(timeline(ann), "Shot", red);
-    host().addRow(timeline(ann), "", faint);
-    host().addRow(timeline(ann), "Shot", faint);
-    ASSERT_TRUE(wait(startSaveRows(ann, session)).succeeded());
-    EXPECT_EQ(fetchRows(), (std::vector<std::pair<std::string, Base::Color>>{
-                               {"Shot", red}, {"", faint}, {"Shot", faint}}));
-
-    ASSERT_TRUE(wait(startSaveRows(ben, session)).succeeded());
-    EXPECT_TRUE(fetchRows().empty()) << "The last save replaces the whole view.";
+    EXPECT_EQ(fetchRows(), Rows());
+    EXPECT_TRUE(wait(startSaveRows(ann, session)).succeeded());
+    EXPECT_EQ(fetchRows(), rows);
+    EXPECT_TRUE(wait(startSaveRows(ben, session)).succeeded());
+    EXPECT_EQ(fetchRows(), Rows());
 }
 
-TEST_P(CloudServiceContract, PutsAMomentOnItsRowAndMakesTheRowInItsColour) {
+TEST_P(CloudServiceContract, PutsAMomentOnItsRowWhichItMakesAndThenUpdatesItThere) {
     const std::string session = createSession(ann);
-    const Base::Color green(0, 128, 0);
-    host().addRow(timeline(ann), "Goal", green);
+    host().addRow(timeline(ann), "Goal", Base::Color(0, 128, 0));
     const Ids ids =
         create(ann, session, {tag(ann, Clip("Goal", 1, 2, "header")), tag(ann, Clip("Goal", 3, 4))});
     host().addRow(timeline(ben), "Shot", Base::Color(9, 9, 9));
+    const auto moments = fetchMoments(ben);
+    const Instance first = moments[0]->appendToTimeline(timeline(ben));
+    const Instance second = moments[1]->appendToTimeline(timeline(ben));
 
-    std::vector<Instance> instances;
-    for (const auto& item : fetchMoments(ben)) {
-        instances.push_back(item->appendToTimeline(timeline(ben)));
-    }
-
-    ASSERT_EQ(instances.size(), 2U);
-    ASSERT_TRUE(instances[0]->row() && instances[1]->row());
-    EXPECT_EQ(host().clipOf(instances[0]), Clip("Goal", 1, 2, "header"));
-    EXPECT_EQ(instances[0]->externalId(), ids[0]);
-    EXPECT_EQ(instances[1]->externalId(), ids[1]);
     const auto rows = timeline(ben)->allRows();
     ASSERT_EQ(rows->size(), 2U);
-    EXPECT_EQ(rows->back()->color(), green);
+    EXPECT_EQ(rows->back()->color(), Base::Color(0, 128, 0));
     EXPECT_EQ(rows->back()->numberOfInstances(), 2);
-    EXPECT_EQ(instances[1]->row(), rows->back());
+    EXPECT_EQ(second->row(), rows->back());
+    EXPECT_EQ(host().clipOf(first), Clip("Goal", 1, 2, "header"));
+    EXPECT_EQ(first->externalId(), ids[0]);
+    EXPECT_EQ(second->externalId(), ids[1]);
+
+    const auto update = [&](const Timeline& timeline, const std::string& clipId, const auto& row) {
+        return moments[0]->updateOnTimeline(timeline, clipId, row->uniqueId());
+    };
+    EXPECT_EQ(update(timeline(ben), second->uniqueId(), rows->front()), nullptr) << "not its row";
+    EXPECT_EQ(update(timeline(ben), "no such clip", rows->back()), nullptr);
+    EXPECT_EQ(update(host().makeTimeline(), second->uniqueId(), rows->back()), nullptr);
+    EXPECT_EQ(host().clipOf(second), Clip("Goal", 3, 4));
+    EXPECT_EQ(update(timeline(ben), second->uniqueId(), rows->back()), second);
+    EXPECT_EQ(host().clipOf(second), Clip("Goal", 1, 2, "header"));
+    const std::int64_t count = timeline(ben)->modifyCount();
+    EXPECT_EQ(update(timeline(ben), second->uniqueId(), rows->back()), second);
+    EXPECT_EQ(timeline(ben)->modifyCount(), count) << "An update that changes nothing is no change.";
 }
 
 TEST_P(CloudServiceContract, GivesBackTheClipThatAMomentOfThisTimelineStandsFor) {
@@ -167,9 +139,7 @@ TEST_P(CloudServiceContract, GivesBackTheClipThatAMomentOfThisTimelineStandsFor)
     clip->setExternalId(std::nullopt);
     const std::int64_t count = timeline(ann)->modifyCount();
 
-    const Instance found = moment->appendToTimeline(timeline(ann));
-
-    EXPECT_EQ(found->uniqueId(), clip->uniqueId());
+    EXPECT_EQ(moment->appendToTimeline(timeline(ann))->uniqueId(), clip->uniqueId());
     EXPECT_EQ(clip->externalId(), id);
     EXPECT_EQ(host().clipOf(clip), Clip("Shot", 1, 3)) << "The newer local edit stays.";
     EXPECT_EQ(timeline(ann)->modifyCount(), count);
@@ -180,51 +150,18 @@ TEST_P(CloudServiceContract, GivesBackTheClipThatAMomentOfThisTimelineStandsFor)
     EXPECT_EQ(host().clipOf(fresh), Clip("Shot", 1, 2));
 }
 
-TEST_P(CloudServiceContract, UpdatesAClipOnlyWhereItIs) {
-    const std::string session = createSession(ann);
-    create(ann, session, {tag(ann, Clip("Shot", 1, 2, "note"))});
-    const auto moment = fetchMoments(ben).front();
-    const Instance clip = tag(ben, Clip("Shot", 5, 6));
-    host().addRow(timeline(ben), "Pass", Base::Color());
-    const std::string rowId = clip->row()->uniqueId();
-    const std::string otherRowId = timeline(ben)->allRows()->back()->uniqueId();
-
-    EXPECT_EQ(moment->updateOnTimeline(timeline(ben), clip->uniqueId(), otherRowId), nullptr);
-    EXPECT_EQ(moment->updateOnTimeline(timeline(ben), "no such clip", rowId), nullptr);
-    EXPECT_EQ(moment->updateOnTimeline(host().makeTimeline(), clip->uniqueId(), rowId), nullptr);
-    EXPECT_EQ(host().clipOf(clip), Clip("Shot", 5, 6));
-
-    EXPECT_EQ(moment->updateOnTimeline(timeline(ben), clip->uniqueId(), rowId), clip);
-    EXPECT_EQ(host().clipOf(clip), Clip("Shot", 1, 2, "note"));
-    const std::int64_t count = timeline(ben)->modifyCount();
-    EXPECT_EQ(moment->updateOnTimeline(timeline(ben), clip->uniqueId(), rowId), clip);
-    EXPECT_EQ(timeline(ben)->modifyCount(), count) << "An update that changes nothing is no change.";
-}
-
-TEST_P(CloudServiceContract, FailsForASessionThatDoesNotExist) {
-    const Instance clip = tag(ann, Clip("Shot", 1, 2));
-    clip->setExternalId("moment");
-
-    EXPECT_FALSE(wait(startCreate(ann, "nowhere", timeline(ann), {clip})).succeeded());
-    EXPECT_FALSE(wait(startUpdate(ann, "nowhere", {clip})).succeeded());
-    EXPECT_FALSE(wait(startRemove(ann, "nowhere", {"moment"})).succeeded());
-    EXPECT_FALSE(wait(startSaveRows(ann, "nowhere")).succeeded());
-}
-
 TEST_P(CloudServiceContract, RepeatsWritesOverADropAndFetchesNever) {
     const std::string session = createSession(ann);
-    const Instance clip = tag(ann, Clip("Shot", 1, 2));
     const auto overtaken = startFetch(ann);
-    const auto underWay = startCreate(ann, session, timeline(ann), {clip});
-    runUntil([&] { return underWay->hasReturned(); });
+    const auto underWay = startCreate(ann, session, timeline(ann), {tag(ann, Clip("Shot", 1, 2))});
+    runUntil([&] { return underWay->hasReturned.load(); });
 
     host().setLinkUp(ann, false);
     const auto fetch = startFetch(ann);
     const auto later = startCreate(ann, session, timeline(ann), {tag(ann, Clip("Pass", 3, 4))});
     const auto again = startCreateSession(ann);
     EXPECT_FALSE(wait(fetch).succeeded());
-    EXPECT_FALSE(later->isDone());
-    EXPECT_FALSE(again->isDone());
+    EXPECT_FALSE(later->isDone() || again->isDone());
     host().setLinkUp(ann, true);
 
     EXPECT_EQ(wait(underWay).value().size(), 1U);
@@ -234,7 +171,6 @@ TEST_P(CloudServiceContract, RepeatsWritesOverADropAndFetchesNever) {
     host().settle();
     EXPECT_EQ(fetchIds(ben).size(), 2U) << "However often a creation was sent, its moment is there once.";
     EXPECT_EQ(underWay->answers() + later->answers() + again->answers() + fetch->answers(), 4);
-    EXPECT_TRUE(wait(startFetch(ann)).succeeded());
 }
 
 }  // namespace HostContract

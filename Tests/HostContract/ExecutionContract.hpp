@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Base/ExecutionProtocol.hpp"
+#include "Tests/HostContract/NamedHost.hpp"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +11,6 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
-#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -41,24 +41,10 @@ public:
     virtual void stop() = 0;
 };
 
-struct ExecutionHost {
-    ExecutionHost(std::string name_, std::function<std::unique_ptr<ExecutionFixture>()> make_)
-        : name(std::move(name_)), make(std::move(make_)) {}
-    std::string name;
-    std::function<std::unique_ptr<ExecutionFixture>()> make;
-
-    friend void PrintTo(const ExecutionHost& host, std::ostream* stream) { *stream << host.name; }
-};
-
-template <typename Host>
-std::string nameOf(const testing::TestParamInfo<Host>& info) {
-    return info.param.name;
-}
+using ExecutionHost = NamedHost<ExecutionFixture>;
 
 class ExecutionContract : public testing::TestWithParam<ExecutionHost> {
 protected:
-    ExecutionContract() : fixture_(GetParam().make()) {}
-
     Base::ExecutionProtocol& execution() { return fixture_->execution(); }
     Base::Seconds now() { return fixture_->now(); }
     void stop() { fixture_->stop(); }
@@ -67,80 +53,50 @@ protected:
         ASSERT_TRUE(fixture_->runUntil(predicate)) << "The host did not get there.";
     }
 
-    /// Until everything that was posted to the main thread before has run.
-    void runMainJobs() {
+    /// Everything that is posted to the main thread before runs, and what is due there within so many seconds.
+    void runMainJobs(double seconds = 0) {
         bool ran = false;
-        execution().postToMain([&] { ran = true; });
+        execution().postToMainAfter(Base::Seconds(seconds), [&] { ran = true; });
         runUntil([&] { return ran; });
     }
 
-private:
-    std::unique_ptr<ExecutionFixture> fixture_;
-};
+    /// Times are sums of binary fractions: a nanosecond is no earlier.
+    void expectNoEarlier(double expected, Base::Seconds start) {
+        EXPECT_GE(now().count(), start.count() + expected - 1e-9);
+    }
 
-/// Clocks and delays are doubles: a nanosecond is no earlier.
-inline bool isNoEarlier(Base::Seconds actual, Base::Seconds expected) {
-    return actual.count() >= expected.count() - 1e-9;
-}
+private:
+    std::shared_ptr<ExecutionFixture> fixture_ = GetParam().make();
+};
 
 TEST_P(ExecutionContract, RunsMainJobsInTheOrderOfPostingAndNeverInsideThePost) {
     std::vector<int> order;
-    bool insideAJob = false;
-    bool overlapped = false;
-    const auto job = [&](int number, const std::function<void()>& body = nullptr) {
-        return [&, number, body] {
-            overlapped = overlapped || insideAJob;
-            insideAJob = true;
-            order.push_back(number);
-            if (body) {
-                body();
-            }
-            insideAJob = false;
-        };
-    };
-
-    execution().postToMain(job(1, [&] { execution().postToMain(job(4)); }));
-    execution().postToMain(job(2));
-    execution().postToMainAfter(Base::Seconds(0), job(3));
+    execution().postToMain([&] {
+        execution().postToMain([&] { order.push_back(4); });
+        EXPECT_TRUE(order.empty()) << "Nothing runs inside the posting.";
+        order.push_back(1);
+    });
+    execution().postToMain([&] { order.push_back(2); });
+    execution().postToMainAfter(Base::Seconds(0), [&] { order.push_back(3); });
     EXPECT_TRUE(order.empty());
     runUntil([&] { return order.size() == 4; });
 
     EXPECT_EQ(order, (std::vector<int>{1, 2, 3, 4}));
-    EXPECT_FALSE(overlapped);
 }
 
-TEST_P(ExecutionContract, TellsTheMainThreadFromTheBackground) {
-    bool mainInMainJob = false;
-    std::atomic<int> backgroundJobs{0};
-    std::atomic<int> backgroundJobsOnMain{0};
-
-    EXPECT_TRUE(execution().isMainThread());
-    execution().postToMain([&] { mainInMainJob = execution().isMainThread(); });
-    for (int i = 0; i < 20; ++i) {
-        execution().postToBackground([&] {
-            backgroundJobsOnMain += execution().isMainThread() ? 1 : 0;
-            ++backgroundJobs;
-        });
-    }
-    runMainJobs();
-    runUntil([&] { return backgroundJobs == 20; });
-
-    EXPECT_TRUE(mainInMainJob);
-    EXPECT_EQ(backgroundJobsOnMain, 0);
-    EXPECT_TRUE(execution().isMainThread());
-}
-
-TEST_P(ExecutionContract, KeepsTheOrderOfEachPosterAndRunsMainJobsOneAtATime) {
+TEST_P(ExecutionContract, KeepsTheOrderOfEachPosterAndKeepsTheMainThreadApart) {
     constexpr int posters = 6;
     constexpr int jobsEach = 200;
     std::vector<std::vector<int>> received(posters);
     int total = 0;  // no lock: the main thread's alone, which the thread sanitizer checks
-
-    for (int poster = 0; poster < posters; ++poster) {
+    std::atomic<int> onWrongThread{0};
+    for (std::size_t poster = 0; poster < posters; ++poster) {
         execution().postToBackground([&, poster] {
+            onWrongThread += execution().isMainThread() ? 1 : 0;
             for (int number = 0; number < jobsEach; ++number) {
                 execution().postToMain([&, poster, number] {
-                    received[static_cast<std::size_t>(poster)].push_back(number);
+                    onWrongThread += execution().isMainThread() ? 0 : 1;
+                    received[poster].push_back(number);
                     ++total;
                 });
             }
@@ -150,125 +106,102 @@ TEST_P(ExecutionContract, KeepsTheOrderOfEachPosterAndRunsMainJobsOneAtATime) {
 
     for (const auto& numbers : received) {
         EXPECT_TRUE(std::is_sorted(numbers.begin(), numbers.end()));
-        EXPECT_EQ(numbers.size(), static_cast<std::size_t>(jobsEach));
     }
+    EXPECT_EQ(onWrongThread, 0);
+    EXPECT_TRUE(execution().isMainThread());
 }
 
 TEST_P(ExecutionContract, RunsDelayedMainJobsNoEarlierAndInTheOrderOfTheirTimes) {
     const Base::Seconds start = now();
-    std::vector<std::pair<double, Base::Seconds>> ran;
-    const auto postAfter = [&](double delay) {
-        execution().postToMainAfter(Base::Seconds(delay), [&, delay] { ran.emplace_back(delay, now()); });
-    };
-
-    postAfter(0.03);
-    postAfter(0.01);
-    postAfter(0.02);
+    std::vector<double> ran;
+    for (const double delay : {3600.0, 0.01, 0.02, 0.03}) {
+        execution().postToMainAfter(Base::Seconds(delay), [this, &ran, delay, start] {
+            expectNoEarlier(delay, start);
+            ran.push_back(delay);
+        });
+    }
     runUntil([&] { return ran.size() == 3; });
 
-    ASSERT_EQ(ran.size(), 3U);
-    for (std::size_t i = 0; i < ran.size(); ++i) {
-        EXPECT_EQ(ran[i].first, 0.01 * static_cast<double>(i + 1));
-        EXPECT_TRUE(isNoEarlier(ran[i].second, start + Base::Seconds(ran[i].first)));
-    }
+    EXPECT_EQ(ran, (std::vector<double>{0.01, 0.02, 0.03}));
+    stop();  // before what the last job refers to goes
 }
 
 TEST_P(ExecutionContract, FiresATimerOnceOnTheMainThreadNoEarlierAlsoWithoutItsHandle) {
     const Base::Seconds start = now();
     int fired = 0;
-    bool onMain = false;
-    Base::Seconds firedAt{0};
-
     (void)execution().startTimer(Base::Seconds(0.02), Base::Seconds(0.01), [&] {
         ++fired;
-        onMain = execution().isMainThread();
-        firedAt = now();
+        EXPECT_TRUE(execution().isMainThread());
+        expectNoEarlier(0.02, start);
     });
     EXPECT_EQ(fired, 0);
     runUntil([&] { return fired > 0; });
-    bool later = false;
-    execution().postToMainAfter(Base::Seconds(0.05), [&] { later = true; });
-    runUntil([&] { return later; });
+    runMainJobs(0.05);
 
     EXPECT_EQ(fired, 1);
-    EXPECT_TRUE(onMain);
-    EXPECT_TRUE(isNoEarlier(firedAt, start + Base::Seconds(0.02)));
 }
 
-TEST_P(ExecutionContract, DestroysATimersJobWhenItIsInvalidated) {
-    bool fired = false;
-    auto owned = std::make_shared<int>(1);
-    const std::weak_ptr<int> watched = owned;
-    const auto timer = execution().startTimer(Base::Seconds(0.01), Base::Seconds(0),
-                                              [&fired, owned = std::move(owned)] { fired = true; });
-
-    timer->invalidate();
-    EXPECT_TRUE(watched.expired());
-    timer->invalidate();
-    bool later = false;
-    execution().postToMainAfter(Base::Seconds(0.03), [&] { later = true; });
-    runUntil([&] { return later; });
-
-    EXPECT_FALSE(fired);
-}
-
-TEST_P(ExecutionContract, LetsATimerBeInvalidatedWithinAndAfterItsJob) {
-    std::shared_ptr<Base::TimerProtocol> timer;
+TEST_P(ExecutionContract, DestroysATimersJobWhenItIsInvalidatedBeforeItOrWithinIt) {
     auto owned = std::make_shared<int>(0);
     const std::weak_ptr<int> watched = owned;
+    const auto never = execution().startTimer(Base::Seconds(0.01), Base::Seconds(0), [owned] { ++*owned; });
+    owned.reset();
+    never->invalidate();
+    EXPECT_TRUE(watched.expired());
+    never->invalidate();
+    runMainJobs(0.03);
+
+    owned = std::make_shared<int>(0);
+    const std::weak_ptr<int> second = owned;
+    std::shared_ptr<Base::TimerProtocol> timer;
     bool fired = false;
-    bool aliveAfterInvalidating = false;
     timer = execution().startTimer(Base::Seconds(0.005), Base::Seconds(0), [&, owned = std::move(owned)] {
         timer->invalidate();
-        aliveAfterInvalidating = ++*owned == 1;
-        fired = true;
+        fired = ++*owned == 1;
     });
-
     runUntil([&] { return fired; });
     runMainJobs();
-
-    EXPECT_TRUE(aliveAfterInvalidating);
-    EXPECT_TRUE(watched.expired());
+    EXPECT_TRUE(second.expired());
     timer->invalidate();
 }
 
-TEST_P(ExecutionContract, CompletesASleepOnceNoEarlier) {
+TEST_P(ExecutionContract, CompletesASleepOnceNoEarlierAndOccupiesNoThreadMeanwhile) {
     const Base::Seconds start = now();
     std::atomic<int> completions{0};
-    std::atomic<bool> succeeded{false};
-    std::atomic<double> completedAt{0};
-
+    for (int i = 0; i < 64; ++i) {
+        execution().sleep(std::chrono::hours(1), [](const Base::Result<void>&) {});
+    }
     execution().sleep(std::chrono::nanoseconds(20'000'001), [&](const Base::Result<void>& result) {
-        succeeded = result.succeeded();
-        completedAt = now().count();
-        ++completions;
+        EXPECT_TRUE(result.succeeded());
+        expectNoEarlier(0.020000001, start);
+        execution().postToBackground([&] { ++completions; });
     });
     EXPECT_EQ(completions, 0);
     runUntil([&] { return completions > 0; });
+    runMainJobs(0.03);
 
-    EXPECT_TRUE(succeeded);
-    EXPECT_TRUE(isNoEarlier(Base::Seconds(completedAt), start + Base::Seconds(0.020000001)));
     EXPECT_EQ(completions, 1);
-}
-
-TEST_P(ExecutionContract, SleepsWithoutOccupyingTheBackground) {
-    std::atomic<bool> ran{false};
-    const auto completion = [](const Base::Result<void>&) {};
-
-    for (int i = 0; i < 64; ++i) {
-        execution().sleep(std::chrono::hours(1), completion);
-    }
-    execution().postToBackground([&] { ran = true; });
-    const Base::Seconds start = now();
-    runUntil([&] { return ran.load(); });
-
     EXPECT_LT(now() - start, std::chrono::hours(1));
 }
 
-TEST_P(ExecutionContract, DestroysAJobOnceItHasRun) {
+/// Posts once more to the execution when it is destroyed, as an object may that cleans up after itself.
+class PostsWhenDestroyed {
+public:
+    explicit PostsWhenDestroyed(Base::ExecutionProtocol& execution) : execution_(execution) {}
+    ~PostsWhenDestroyed() {
+        execution_.postToMain([] { ADD_FAILURE() << "ran after the stop"; });
+        execution_.postToBackground([] { ADD_FAILURE() << "ran after the stop"; });
+    }
+    PostsWhenDestroyed(const PostsWhenDestroyed&) = delete;
+    PostsWhenDestroyed& operator=(const PostsWhenDestroyed&) = delete;
+
+private:
+    Base::ExecutionProtocol& execution_;
+};
+
+TEST_P(ExecutionContract, DestroysAJobOnceItHasRunAndWhatIsLeftWhenItStops) {
     auto owned = std::make_shared<int>(0);
     const std::weak_ptr<int> watched = owned;
-
     execution().postToMain([owned] {});
     execution().postToMainAfter(Base::Seconds(0.001), [owned] {});
     execution().postToBackground([owned] {});
@@ -276,38 +209,17 @@ TEST_P(ExecutionContract, DestroysAJobOnceItHasRun) {
     owned.reset();
     runUntil([&] { return watched.expired(); });
 
-    EXPECT_TRUE(watched.expired());
-}
-
-/// Posts once more to the execution when it is destroyed, as an object may that cleans up after itself.
-class PostsWhenDestroyed {
-public:
-    PostsWhenDestroyed(Base::ExecutionProtocol& execution, bool& ran) : execution_(execution), ran_(ran) {}
-    ~PostsWhenDestroyed() {
-        execution_.postToMain([&ran = ran_] { ran = true; });
-        execution_.postToBackground([&ran = ran_] { ran = true; });
-    }
-    PostsWhenDestroyed(const PostsWhenDestroyed&) = delete;
-    PostsWhenDestroyed& operator=(const PostsWhenDestroyed&) = delete;
-
-private:
-    Base::ExecutionProtocol& execution_;
-    bool& ran_;
-};
-
-TEST_P(ExecutionContract, RunsNothingAfterItStoppedAndDestroysWhatIsLeft) {
     bool ran = false;
-    auto owned = std::make_shared<PostsWhenDestroyed>(execution(), ran);
-    const std::weak_ptr<PostsWhenDestroyed> watched = owned;
-    execution().postToMain([&ran, owned] { ran = true; });
-    execution().postToMainAfter(Base::Seconds(3600), [&ran, owned] { ran = true; });
-    execution().sleep(std::chrono::hours(1), [&ran, owned](const Base::Result<void>&) { ran = true; });
-    const auto timer =
-        execution().startTimer(Base::Seconds(3600), Base::Seconds(0), [&ran, owned] { ran = true; });
-    owned.reset();
-
+    auto cleansUp = std::make_shared<PostsWhenDestroyed>(execution());
+    const std::weak_ptr<PostsWhenDestroyed> left = cleansUp;
+    Base::Job job = [&ran, cleansUp = std::move(cleansUp)] { ran = true; };
+    execution().postToMain(job);
+    execution().postToMainAfter(Base::Seconds(3600), job);
+    execution().sleep(std::chrono::hours(1), [job](const Base::Result<void>&) { job(); });
+    const auto timer = execution().startTimer(Base::Seconds(3600), Base::Seconds(0), job);
+    job = nullptr;
     stop();
-    EXPECT_TRUE(watched.expired());
+    EXPECT_TRUE(left.expired());
     execution().postToMain([&ran] { ran = true; });
     timer->invalidate();
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Components/RemoteCoding/HostInterfaces/TimelineProtocol.hpp"
+#include "Tests/HostContract/NamedHost.hpp"
 
 #include <gtest/gtest.h>
 
@@ -44,26 +45,15 @@ public:
     virtual void retimeInstance(const std::string& instanceId, double startTime, double endTime) = 0;
     virtual void removeInstance(const std::string& instanceId) = 0;
 
-    // Undo of a removal. False from a host that cannot undo: what is said of undone deletions is then not
-    // tested.
+    /// Undo of a removal. False from a host that cannot undo: what is said of undone deletions is then not tested.
     virtual bool restoreRow(const std::string& rowId) = 0;
     virtual bool restoreInstance(const std::string& instanceId) = 0;
-
-    /// Makes the timeline one that cannot be edited now. False from a host that has no such state.
-    virtual bool lockTimeline() = 0;
 
     /// Called inside each announcement, after it has been counted.
     std::function<void()> onAnnouncement;
 };
 
-struct TimelineHost {
-    TimelineHost(std::string name_, std::function<std::unique_ptr<TimelineFixture>()> make_)
-        : name(std::move(name_)), make(std::move(make_)) {}
-    friend void PrintTo(const TimelineHost& host, std::ostream* out) { *out << host.name; }
-
-    std::string name;
-    std::function<std::unique_ptr<TimelineFixture>()> make;
-};
+using TimelineHost = NamedHost<TimelineFixture>;
 
 struct TimelineCase {
     TimelineCase(std::string name_, void (*run_)(TimelineFixture&)) : name(std::move(name_)), run(run_) {}
@@ -73,79 +63,75 @@ struct TimelineCase {
     void (*run)(TimelineFixture&);
 };
 
-using HostAndCase = std::tuple<TimelineHost, TimelineCase>;
+/// Each case on a fresh host.
+class TimelineContract : public testing::TestWithParam<std::tuple<TimelineHost, TimelineCase>> {};
 
-inline std::string nameOfHostAndCase(const testing::TestParamInfo<HostAndCase>& info) {
+TEST_P(TimelineContract, IsKept) { std::get<1>(GetParam()).run(*std::get<0>(GetParam()).make()); }
+
+inline std::string nameOfHostAndCase(const testing::TestParamInfo<TimelineContract::ParamType>& info) {
     return std::get<0>(info.param).name + "_" + std::get<1>(info.param).name;
 }
 
+using Ids = std::vector<std::string>;
 inline constexpr Base::Color red{200, 0, 0};
 inline constexpr Base::Color green{0, 200, 0};
 
 template <typename List>
-std::vector<std::string> idsOf(const List& list) {
-    std::vector<std::string> ids;
+Ids idsOf(const List& list) {
+    Ids ids;
     for (const auto& object : *list) {
         ids.push_back(object->uniqueId());
     }
     return ids;
 }
 
-inline std::vector<std::string> rowIds(TimelineFixture& host) { return idsOf(host.timeline()->allRows()); }
+inline Ids rowIds(TimelineFixture& host) { return idsOf(host.timeline()->allRows()); }
 
-inline std::shared_ptr<TimelineRowProtocol> rowWithId(const TimelineProtocol& timeline,
-                                                      const std::string& rowId) {
-    const auto rows = timeline.allRows();
-    for (const auto& row : *rows) {
-        if (row->uniqueId() == rowId) {
-            return row;
+template <typename List>
+typename List::element_type::value_type withId(const List& list, const std::string& id) {
+    for (const auto& object : *list) {
+        if (object->uniqueId() == id) {
+            return object;
         }
     }
     return nullptr;
+}
+
+inline std::shared_ptr<TimelineRowProtocol> rowWithId(const TimelineProtocol& timeline,
+                                                      const std::string& rowId) {
+    return withId(timeline.allRows(), rowId);
 }
 
 /// Null also when there is no such row.
 inline std::shared_ptr<TimelineInstanceProtocol>
 instanceWithId(const TimelineProtocol& timeline, const std::string& rowId, const std::string& instanceId) {
     const auto row = rowWithId(timeline, rowId);
-    if (row) {
-        const auto instances = row->allInstances();
-        for (const auto& instance : *instances) {
-            if (instance->uniqueId() == instanceId) {
-                return instance;
-            }
-        }
-    }
-    return nullptr;
+    return row ? withId(row->allInstances(), instanceId) : nullptr;
 }
 
 inline std::shared_ptr<TimelineProtocol> changesSince(TimelineFixture& host, std::int64_t count) {
     return host.timeline()->timelineFromModifyCount(count + 1, false);
 }
 
-/// Whether an edit was a change: the count went up, and an announcement came after it had.
-class ChangeWatch {
-public:
-    explicit ChangeWatch(TimelineFixture& host)
-        : host_(host), count_(host.timeline()->modifyCount()), announcements_(host.announcements()) {}
+/// The edit is a change: the count goes up, and an announcement comes after it has. Gives the changes.
+template <typename Edit>
+std::shared_ptr<TimelineProtocol> expectChange(TimelineFixture& host, const char* name, const Edit& edit) {
+    const auto count = host.timeline()->modifyCount();
+    const auto announcements = host.announcements();
+    edit();
+    EXPECT_GT(host.timeline()->modifyCount(), count) << name << " raises the count";
+    EXPECT_GT(host.announcements(), announcements) << name << " is announced";
+    return changesSince(host, count);
+}
 
-    [[nodiscard]] std::int64_t countBefore() const { return count_; }
-
-    void expectChange(const char* edit) const {
-        EXPECT_GT(host_.timeline()->modifyCount(), count_) << edit << " raises the count";
-        EXPECT_GT(host_.announcements(), announcements_) << edit << " is announced";
-    }
-    void expectNoChange(const char* edit) const {
-        EXPECT_EQ(host_.timeline()->modifyCount(), count_) << edit << " is no change";
-        EXPECT_EQ(host_.announcements(), announcements_) << edit << " is not announced";
-        const auto changes = changesSince(host_, count_);
-        EXPECT_TRUE(changes->allRows()->empty()) << edit << " stamps nothing";
-    }
-
-private:
-    TimelineFixture& host_;
-    std::int64_t count_;
-    std::size_t announcements_;
-};
+template <typename Edit>
+void expectNoChange(TimelineFixture& host, const char* name, const Edit& edit) {
+    const auto count = host.timeline()->modifyCount();
+    const auto announcements = host.announcements();
+    edit();
+    EXPECT_EQ(host.timeline()->modifyCount(), count) << name << " is no change";
+    EXPECT_EQ(host.announcements(), announcements) << name << " is not announced";
+    EXPECT_TRUE(changesSince(host, count)->allRows()->empty()) << name << " stamps nothing";
+}
 
 }  // namespace HostContract
