@@ -145,6 +145,14 @@ TEST_F(SubscriptionTest, WhatWasQueuedDuringAnAttemptRunsBeforeTheNextOne) {
     runFor(2.5);
     EXPECT_EQ(blocks(ben()), Strings({"reconnection", "event", "upload", "reconnection"}));
     EXPECT_EQ(remote().moments.size(), 1U);
+
+    // A wait that the host breaks off is logged, and the next attempt follows all the same.
+    ben().execution.setSleepsAreCancelled(true);
+    runFor(2);
+    EXPECT_TRUE(logHas(ben(), "error Unable to wait between tagging session sync attempts||"
+                              "waitForTime(timeInSeconds:completion:)"));
+    EXPECT_GT(attemptTimes().size(), 4U);
+    ben().execution.setSleepsAreCancelled(false);
     ben().host.cloudClient().setFaultPlan({});
     settle();
     expectAllEqual();
