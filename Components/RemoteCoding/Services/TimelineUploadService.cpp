@@ -145,9 +145,13 @@ void TimelineUploadService::cancelSyncing() {
 SynchronisationStatus TimelineUploadService::status() const {
     using Activity = SynchronisationStatus::Activity;
     SynchronisationStatus status;
-    const auto current = timeline();
-    status.hasUnsentEdits =
-        unsentEdits_.exist(current ? std::optional(current->modifyCount()) : std::nullopt);
+    std::optional<std::int64_t> modifyCount;
+    attempt("status", [&] {
+        if (const auto current = timeline()) {
+            modifyCount = current->modifyCount();
+        }
+    });
+    status.hasUnsentEdits = unsentEdits_.exist(modifyCount);
     status.receivesChanges = taggingSessionSubscription_.isSubscribed();
     const bool isWorking = queue_.isRunningSerialBlockOperation() || unsentEdits_.isUploading() ||
                            backgroundStarts_ > 0 || updateTevuTaggingSessionThrottler_.isWaiting();
