@@ -111,6 +111,7 @@ int main() {
 
     ben.component->exitRemoteCodingSession(shared->uniqueId());
     ann.component->endRemoteCodingSession(match->uniqueId());
-    time.runFor(5s);
-    return settled && equal ? 0 : 1;
+    const bool finished =
+        time.runUntil([&] { return ann.host.unfinishedTasks() + ben.host.unfinishedTasks() == 0; }, 60s);
+    return settled && equal && finished ? 0 : 1;
 }
