@@ -111,6 +111,7 @@ int main() {
 
     ben.component->exitRemoteCodingSession(shared->uniqueId());
     ann.component->endRemoteCodingSession(match->uniqueId());
+    time.runFor(1s);  // the sessions' last updates are posted
     const bool finished =
         time.runUntil([&] { return ann.host.unfinishedTasks() + ben.host.unfinishedTasks() == 0; }, 60s);
     return settled && equal && finished ? 0 : 1;
