@@ -152,7 +152,8 @@ void writeArrivals(std::ostream& out, const ArrivalSummary& summary,
         << analysts[summary.largestAt].name << ").\n"
         << "  " << counted(summary.edits, "edit") << ", " << counted(summary.arrivals, "arrival");
     if (summary.missing > 0) {
-        out << "; " << summary.missing << " not seen, overtaken by a later edit of the same clip or row";
+        out << "; " << summary.missing
+            << " never seen, mostly overtaken by a later edit of the same clip or row";
     }
     out << '\n';
 }
