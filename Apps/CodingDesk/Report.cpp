@@ -153,7 +153,7 @@ void writeArrivals(std::ostream& out, const ArrivalSummary& summary,
         << "  " << counted(summary.edits, "edit") << ", " << counted(summary.arrivals, "arrival");
     if (summary.missing > 0) {
         out << "; " << summary.missing
-            << " never seen, mostly overtaken by a later edit of the same clip or row";
+            << " never seen: a later edit of the same clip or row came first, or it was lost";
     }
     out << '\n';
 }
