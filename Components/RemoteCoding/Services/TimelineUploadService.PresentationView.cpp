@@ -20,11 +20,20 @@ void TimelineUploadService::updatePresentationView(
         attempt(function, [&] { handlePresentationSubViewUpdate(viewIndex, view, timeline); });
         ++viewIndex;
     }
+    auto namesToMeet = names;
+    const bool rowsFollow = timeline->codingTarget() != nullptr;
     const RowList rows = timeline->allRows();
     for (const auto& row : *rows) {
         attempt(function, [&] {
-            if (!names.contains(row->name()) && row->numberOfInstances() == 0) {
-                removeRow(timeline, row->uniqueId());
+            const std::string name = row->name();
+            if (!names.contains(name)) {
+                if (row->numberOfInstances() == 0) {
+                    removeRow(timeline, row->uniqueId());
+                }
+            } else if (namesToMeet.erase(name) > 0 && rowsFollow) {
+                // The row is now as the view has it, also where it was only shifted. Compared with what was sent or received
+                // earlier, a user who puts it back to just that would not be seen to have changed anything.
+                momentCache_.cacheRows(row);
             }
         });
     }

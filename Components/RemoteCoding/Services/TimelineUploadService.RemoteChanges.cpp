@@ -198,6 +198,8 @@ void TimelineUploadService::followCode(const std::shared_ptr<TimelineProtocol>& 
     if (const auto codingTarget = timeline->codingTarget()) {
         environment_.logManager.logInfo("Moment has a different code, renaming row");
         codingTarget->setRowNameWithRowNum((*found)->rowNum(), moment.code());
+        // Else the row would count as renamed by the user, and all its moments would be sent again.
+        momentCache_.cacheRows(*found);
     }
 }
 
