@@ -95,7 +95,8 @@ bool Coder::removeRow(const std::string& name) {
     if (!row) {
         return false;
     }
-    for (const auto& instance : *row->allInstances()) {
+    const auto instances = row->allInstances();
+    for (const auto& instance : *instances) {
         willRemove(dynamic_cast<const TimelineInstance&>(*instance), name);
         noteDeleted(instance->uniqueId());
     }
@@ -140,7 +141,8 @@ std::shared_ptr<TimelineInstance> Coder::findClip(ClipKey key, const PlannedClip
     if (!row) {
         return nullptr;
     }
-    for (const auto& instance : *row->allInstances()) {
+    const auto instances = row->allInstances();
+    for (const auto& instance : *instances) {
         auto candidate = std::dynamic_pointer_cast<TimelineInstance>(instance);
         const auto values = candidate->values();
         if (values.startTime == clip.start && values.endTime == clip.end) {

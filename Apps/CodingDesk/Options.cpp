@@ -160,7 +160,7 @@ compared with what the cloud holds.
                       in UTF-8. Other columns are ignored. Without it: a small handball match that ships with
                       the program.
   --analysts N        how many analysts, 2 to 8 (default 3)
-  --speed X           match seconds per second, or "auto" (default): about 10 seconds for a small match, up to
+  --speed X           match seconds per second, or "auto" (default): about 6 seconds for a small match, up to
                       22 for a large one
   --seed N            what the analysts do besides tagging, and how long the network takes, follows from this
                       number (default 1)

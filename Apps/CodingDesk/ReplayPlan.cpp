@@ -18,7 +18,7 @@ namespace {
 using ReferenceHost::SeededRandom;
 
 // Seconds of the replay. A clip of somebody else is retimed late enough to have arrived in most cases.
-constexpr double shortestReplay = 9;
+constexpr double shortestReplay = 6;
 constexpr double longestReplay = 22;
 constexpr double secondsPerClip = 0.045;
 constexpr double secondsPerRowEdit = 0.9;

@@ -24,11 +24,13 @@ void TimelineWatcher::lookAtChanges() {
     const double now = world_.now();
     const auto changes = timeline_->timelineFromModifyCount(seenCount_ + 1, false);
     seenCount_ = changes->modifyCount();
-    for (const auto& row : *changes->allRows()) {
+    const auto rows = changes->allRows();
+    for (const auto& row : *rows) {
         const std::string name = row->name();
         arrivals_.seen(analyst_, Sight::row(name), now);
         arrivals_.seen(analyst_, Sight::rowColor(name, row->color()), now);
-        for (const auto& instance : *row->allInstances()) {
+        const auto instances = row->allInstances();
+        for (const auto& instance : *instances) {
             const auto clip = std::dynamic_pointer_cast<ReferenceHost::TimelineInstance>(instance);
             const auto values = clip->values();
             clips_[clip->uniqueId()] = {timeline_->findRow(row->uniqueId()), values.startTime,

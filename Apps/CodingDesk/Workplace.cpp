@@ -94,9 +94,11 @@ MatchState Workplace::state() const {
     if (!timeline_) {
         return state;
     }
-    for (const auto& row : *timeline_->allRows()) {
+    const auto rows = timeline_->allRows();
+    for (const auto& row : *rows) {
         state.rows.push_back({row->name(), row->color()});
-        for (const auto& instance : *row->allInstances()) {
+        const auto instances = row->allInstances();
+        for (const auto& instance : *instances) {
             const auto values = dynamic_cast<const ReferenceHost::TimelineInstance&>(*instance).values();
             state.clips.push_back({instance->externalId(), row->name(), values.startTime, values.endTime});
         }
