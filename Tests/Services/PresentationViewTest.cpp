@@ -3,10 +3,11 @@
 namespace RemoteCoding {
 namespace {
 
-using Strings = std::vector<std::string>;
-
 constexpr Base::Color grey(10, 20, 30);
 constexpr Base::Color red(200, 0, 0);
+const std::string adding = "info Adding a new row from presentation view update";
+const std::string recoloring = "info Updated row color from presentation view update";
+const std::string removing = "info Removing empty row not found in presentation view update";
 
 PresentationViewItem view(const std::string& name, Base::Color color = grey) {
     return PresentationViewItem(name, color);
@@ -14,118 +15,81 @@ PresentationViewItem view(const std::string& name, Base::Color color = grey) {
 
 class PresentationViewTest : public SynchroniserTest {
 protected:
-    void startAnn(const Strings& names) {
-        add("Ann");
-        for (const std::string& name : names) {
-            ann().timeline->addRow(name, grey);
-        }
-        ann().start();
-        settle();
-        forgetTrace();
-    }
-
-    [[nodiscard]] Strings rowNames() {
-        Strings names;
-        const RowList rows = ann().timeline->allRows();
-        for (const auto& row : *rows) {
-            names.push_back(row->name());
-        }
-        return names;
-    }
-
-    /// What was logged since the last call, without the line that every event begins with.
-    [[nodiscard]] Strings newLines() {
+    /// Delivers a view and gives what was logged of it, without the line that every event begins with.
+    Strings linesOf(const std::vector<PresentationViewItem>& views) {
+        trace.clear();
+        ann().deliver(views);
         Strings lines = log(ann());
-        std::erase(lines, "info Received timeline update. ChangeType=presentationViewUpdated");
-        forgetTrace();
+        EXPECT_EQ(lines.front(), "info Received timeline update. ChangeType=presentationViewUpdated");
+        lines.erase(lines.begin());
         return lines;
+    }
+    [[nodiscard]] bool isCached(const std::string& rowId) {
+        return ann().service->momentCache().uploadedRow(rowId).has_value();
     }
 };
 
 TEST_F(PresentationViewTest, RowsFollowTheOrderAndColoursOfTheViewFromTheTopDown) {
     startAnn({"B", "A"});
-    deliver(ann(), {view("A"), view("B")});
-    EXPECT_EQ(rowNames(), Strings({"A", "B"}));
-    EXPECT_EQ(newLines(), Strings({"info Moving row from position 1 to 0 from presentation view update"}));
-
-    deliver(ann(), {view("A"), view("New", red), view("B", red)});
-    EXPECT_EQ(rowNames(), Strings({"A", "New", "B"}));
-    EXPECT_EQ(newLines(), Strings({"info Adding a new row from presentation view update",
-                                   "info Updated row color from presentation view update"}));
-    EXPECT_EQ(ann().row("New")->color(), red);
-    EXPECT_EQ(ann().row("B")->color(), red);
-    const auto cached = ann().service->momentCache().uploadedRow(ann().row("New")->uniqueId());
-    ASSERT_TRUE(cached);
-    EXPECT_EQ(cached->rowNum, 1);
+    EXPECT_EQ(linesOf({view("A"), view("B")}),
+              Strings({"info Moving row from position 1 to 0 from presentation view update"}));
+    EXPECT_EQ(linesOf({view("A"), view("New", red), view("B", red)}), Strings({adding, recoloring}));
+    EXPECT_EQ(pictureOf(*ann().timeline), "A(10,20,30):\nNew(200,0,0):\nB(200,0,0):\n");
+    EXPECT_TRUE(isCached(ann().row("New")->uniqueId()));
 
     // The rows are read anew for each sub-view: what the earlier ones moved and inserted counts.
-    deliver(ann(), {view("B", red), view("X"), view("New", red), view("A")});
-    EXPECT_EQ(rowNames(), Strings({"B", "X", "New", "A"}));
-    EXPECT_EQ(newLines(), Strings({"info Moving row from position 2 to 0 from presentation view update",
-                                   "info Adding a new row from presentation view update",
-                                   "info Moving row from position 3 to 2 from presentation view update"}));
-    deliver(ann(), {view("B", red), view("X"), view("New", red), view("A")});
-    EXPECT_EQ(newLines(), Strings());
+    const std::vector<PresentationViewItem> views{view("B", red), view("X"), view("New", red), view("A")};
+    EXPECT_EQ(linesOf(views),
+              Strings({"info Moving row from position 2 to 0 from presentation view update", adding,
+                       "info Moving row from position 3 to 2 from presentation view update"}));
+    EXPECT_EQ(pictureOf(*ann().timeline), "B(200,0,0):\nX(10,20,30):\nNew(200,0,0):\nA(10,20,30):\n");
+    EXPECT_EQ(linesOf(views), Strings());
     runFor(3);
     EXPECT_EQ(cloudCalls(ann()), Strings());
+
+    // Putting a row back to what was sent last, before the view came, is a change to be sent.
+    ann().timeline->recolorRow(ann().row("B")->uniqueId(), grey);
+    settle();
+    EXPECT_EQ(cloudCalls(ann()), Strings({"savePresentationView"}));
+    expectAllEqual();
 }
 
 TEST_F(PresentationViewTest, OnlyEmptyRowsThatTheViewDoesNotNameAreRemoved) {
     startAnn({"Attack", "Attack", "Empty", "Full", "attack"});
     ann().tag("Full", 1, 2);
     settle();
-    forgetTrace();
-    const std::string first = ann().timeline->rowAt(0)->uniqueId();
-    const std::string second = ann().timeline->rowAt(1)->uniqueId();
     const std::string empty = ann().row("Empty")->uniqueId();
 
     // Of two rows with one name only the first is moved and recoloured; the name keeps both.
-    deliver(ann(), {view("New"), view("Attack", red)});
-    ASSERT_EQ(rowNames(), Strings({"New", "Attack", "Attack", "Full"}));
-    EXPECT_EQ(ann().timeline->findRow(first)->color(), red);
-    EXPECT_EQ(ann().timeline->findRow(second)->color(), grey);
-    EXPECT_EQ(newLines(), Strings({"info Adding a new row from presentation view update",
-                                   "info Updated row color from presentation view update",
-                                   "info Removing empty row not found in presentation view update",
-                                   "info Removing empty row not found in presentation view update"}));
-    EXPECT_FALSE(ann().service->momentCache().uploadedRow(empty));
+    EXPECT_EQ(linesOf({view("New"), view("Attack", red)}), Strings({adding, recoloring, removing, removing}));
+    EXPECT_EQ(
+        pictureOf(*ann().timeline),
+        "New(10,20,30):\nAttack(200,0,0):\nAttack(10,20,30):\nFull(10,20,30): 1-2/session-1.moment-1\n");
+    EXPECT_FALSE(isCached(empty));
 
     // A view that names a row twice finds the same one each time.
-    deliver(ann(), {view("Attack", red), view("Attack", red)});
-    EXPECT_EQ(rowNames(), Strings({"Attack", "Attack", "Full"}));
-
-    deliver(ann(), std::vector<PresentationViewItem>());
-    ASSERT_EQ(rowNames(), Strings({"Full"}));
-    EXPECT_EQ(ann().row("Full")->color(), grey);
+    ann().deliver({view("Attack", red), view("Attack", red)});
+    EXPECT_EQ(pictureOf(*ann().timeline),
+              "Attack(200,0,0):\nAttack(10,20,30):\nFull(10,20,30): 1-2/session-1.moment-1\n");
+    ann().deliver(std::vector<PresentationViewItem>());
+    EXPECT_EQ(pictureOf(*ann().timeline), "Full(10,20,30): 1-2/session-1.moment-1\n");
 }
 
 TEST_F(PresentationViewTest, WithoutACodingTargetOnlyTheCacheForgetsTheRow) {
     startAnn({"A", "B"});
-    const std::string removed = ann().row("A")->uniqueId();
     ann().timeline->setCodingTargetAvailable(false);
-    deliver(ann(), {view("New"), view("B", red)});
-    EXPECT_EQ(rowNames(), Strings({"A", "B"}));
-    EXPECT_EQ(ann().row("B")->color(), grey);
-    EXPECT_FALSE(ann().service->momentCache().uploadedRow(removed));
-    EXPECT_TRUE(ann().service->momentCache().uploadedRow(ann().row("B")->uniqueId()));
-    EXPECT_EQ(newLines(), Strings());
-    EXPECT_EQ(ann().service->lastModifyCount(), ann().timeline->modifyCount());
+    EXPECT_EQ(linesOf({view("New"), view("B", red)}), Strings());
+    EXPECT_EQ(pictureOf(*ann().timeline), "A(10,20,30):\nB(10,20,30):\n");
+    EXPECT_FALSE(isCached(ann().row("A")->uniqueId()));
+    EXPECT_TRUE(isCached(ann().row("B")->uniqueId()));
 }
 
-TEST_F(PresentationViewTest, ARowIsCachedWhenItsInsertionIsReportedHoweverLate) {
+TEST_F(PresentationViewTest, AnInsertionMayBeReportedWhenTheSynchroniserIsGone) {
     startAnn({"A"});
     ann().host.timelines().insertionCallbacksComeLater = true;
-    deliver(ann(), {view("A"), view("New")});
-    const std::string added = ann().row("New")->uniqueId();
-    EXPECT_FALSE(ann().service->momentCache().uploadedRow(added));
-    runFor(0);
-    EXPECT_TRUE(ann().service->momentCache().uploadedRow(added));
-
-    deliver(ann(), {view("A"), view("New"), view("Last")});
+    ann().deliver({view("A"), view("Last")});
     ann().service->cancelSyncing();
-    const std::weak_ptr<TimelineUploadService> service = ann().service;
-    ann().release();
-    EXPECT_TRUE(service.expired());
+    ann().service.reset();
     runFor(1);
     EXPECT_TRUE(ann().row("Last"));
 }

@@ -6,7 +6,6 @@
 #include "ReferenceHost/Execution/VirtualScheduler.hpp"
 #include "ReferenceHost/Execution/VirtualTime.hpp"
 #include "ReferenceHost/Host.hpp"
-#include "Tests/Services/HookedClient.hpp"
 
 #include <gtest/gtest.h>
 
@@ -17,28 +16,69 @@
 
 namespace RemoteCoding {
 
+using Strings = std::vector<std::string>;
+using Activity = SynchronisationStatus::Activity;
+using Operation = ReferenceHost::CloudOperation;
+using Kind = ReferenceHost::Fault::Kind;
+using Type = TaggingSessionChangeType;
 using TaggingSessionMoments = std::vector<std::shared_ptr<const MomentItem>>;
 
+/// What the cloud says of a call that fails on demand.
+inline const std::string requestFailed = "The cloud service could not carry out the request.";
+
+/// Answers as the test says, and hands out handles that count.
+struct ScriptedClient final : GraphQLTaggingSessionProtocol {
+    struct Handle final : SubscriptionHandle {
+        void cancel() override { ++cancelled; }
+        int cancelled = 0;
+    };
+    void fetchTaggingSessions(const std::string&, const std::string&,
+                              const std::optional<FetchTaggingSessionsOptions>&,
+                              Base::Completion<std::vector<TaggingSessionItem>> done) override {
+        done(sessions);
+    }
+    std::shared_ptr<SubscriptionHandle> subscribeToTaggingSessionChanges(const std::string&,
+                                                                         const std::string&, ChangeHandler,
+                                                                         ErrorHandler failed) override {
+        auto handle = handles.emplace_back(std::make_shared<Handle>());
+        std::exchange(meanwhile, [](const auto&) {})(failed);
+        return handle;
+    }
+    std::vector<TaggingSessionItem> sessions;
+    std::vector<std::shared_ptr<Handle>> handles;
+    std::function<void(const ErrorHandler&)> meanwhile = [](const auto&) {};  ///< once, while one is opened
+};
+
 /// One analyst with one timeline and, once started, its synchroniser.
-class Analyst {
-public:
-    Analyst(std::string name, ReferenceHost::VirtualTime& time, ReferenceHost::CloudService& cloud,
-            ReferenceHost::Trace& trace, ReferenceHost::HostOptions options);
+struct Analyst {
+    Analyst(const std::string& name, ReferenceHost::VirtualTime& time, ReferenceHost::CloudService& cloud,
+            ReferenceHost::Trace& trace);
     ~Analyst();
 
-    /// Starts synchronising with the session, or with one that it creates.
-    void start(std::optional<std::string> taggingSessionId = std::nullopt);
+    /// Starts synchronising with the session, or with one that it creates; through its host's client if none is given.
+    void start(std::optional<std::string> taggingSessionId = std::nullopt,
+               std::shared_ptr<GraphQLTaggingSessionProtocol> graphQLClient = nullptr);
 
-    /// Stands for the component, which drops an ended session's synchroniser.
-    void release() { service.reset(); }
-
+    std::shared_ptr<ReferenceHost::TimelineInstance> tag(const std::string& rowName, double from, double to) {
+        return timeline->addInstance(row(rowName)->uniqueId(), from, to);
+    }
     [[nodiscard]] std::shared_ptr<ReferenceHost::TimelineRow> row(const std::string& name) const {
         return timeline->findRowNamed(name);
     }
-    std::shared_ptr<ReferenceHost::TimelineInstance> tag(const std::string& rowName, double start,
-                                                         double end);
+    [[nodiscard]] SynchronisationStatus status() const { return service->status(); }
+    [[nodiscard]] ReferenceHost::CloudClient& client() { return host.cloudClient(); }
 
-    ClientHooks hooks;
+    /// The next call of this operation fails like this and takes so many seconds longer.
+    void faultNext(Operation operation, Kind kind, double seconds = 0) {
+        client().faultNext(operation, ReferenceHost::Fault(kind, Base::Seconds(seconds)));
+    }
+    /// From now on what the cloud tells arrives so many seconds late.
+    void holdBackEvents(double seconds);
+
+    /// A subscription event, as if it had just arrived.
+    void deliver(Type type, TaggingSessionMoments moments) const;
+    void deliver(const std::vector<PresentationViewItem>& views) const;
+
     ReferenceHost::VirtualExecution execution;
     ReferenceHost::Host host;
     std::shared_ptr<ReferenceHost::Timeline> timeline;
@@ -52,59 +92,45 @@ public:
 /// No call from a wrong thread, one block at a time, blocks in their order.
 void checkConformance(const ReferenceHost::Trace& trace);
 
-/// Analysts who share one cloud, one video and one virtual clock. After each test the trace is checked: no call from a wrong
-/// thread, one block at a time, blocks in their order.
+/// Analysts who share one cloud, one video and one virtual clock. After each test the trace is checked.
 class SynchroniserTest : public testing::Test {
 protected:
-    using Operation = ReferenceHost::CloudOperation;
-    using Fault = ReferenceHost::Fault;
-
     static constexpr const char* videoId = "video";
 
-    SynchroniserTest();
-    ~SynchroniserTest() override;
+    ~SynchroniserTest() override { checkConformance(trace); }
 
-    Analyst& add(const std::string& name, ReferenceHost::HostOptions options = {});
-
-    /// The first analyst's session with these rows, and a second analyst who has joined it; both settled.
-    void startTwo(const std::vector<std::string>& rowNames);
+    Analyst& add(const std::string& name);
     [[nodiscard]] Analyst& ann() { return *analysts.at(0); }
     [[nodiscard]] Analyst& ben() { return *analysts.at(1); }
+
+    /// Ann, whose session has these rows; settled, and the trace is empty.
+    void startAnn(const Strings& rowNames);
+    /// The same, and Ben, who has joined her session.
+    void startTwo(const Strings& rowNames);
 
     void settle();
     void runFor(double seconds) { time.runFor(Base::Seconds(seconds)); }
 
-    /// Runs it in a background job of the analyst's host.
-    void inBackground(Analyst& analyst, const std::function<void()>& work);
-
-    /// What the cloud does not tell for a while does not start work either: the analyst's events wait this long.
-    static void holdBackEvents(Analyst& analyst, double seconds);
-
-    /// A subscription event, as if it had just arrived.
-    static void deliver(Analyst& analyst, TaggingSessionChangeType type, TaggingSessionMoments moments);
-    static void deliver(Analyst& analyst, const std::vector<PresentationViewItem>& views);
-
-    /// Somebody else's moment, who is no analyst here.
+    // What somebody else does, who is no analyst here.
     std::string addRemoteMoment(const std::string& code, double start, double end);
+    void retimeRemoteMoment(const std::string& momentId, double start, double end);
+    void removeRemoteMoment(const std::string& momentId);
 
-    [[nodiscard]] std::string sessionId() const;
-    [[nodiscard]] ReferenceHost::TaggingSessionRecord remote() const;
-
-    [[nodiscard]] std::string remotePicture() const { return pictureOf(remote()); }
+    [[nodiscard]] std::string sessionId() const { return cloud.primarySessionOf(videoId).value_or("none"); }
+    [[nodiscard]] ReferenceHost::TaggingSessionRecord remote() const {
+        return cloud.snapshot(sessionId()).value();
+    }
     void expectAllEqual() const;
 
     /// What one analyst's log says, one line an entry ("warn Disconnected …", "error text|detail|function").
-    [[nodiscard]] std::vector<std::string> log(const Analyst& analyst) const;
-    [[nodiscard]] bool logHas(const Analyst& analyst, const std::string& line) const;
+    [[nodiscard]] Strings log(const Analyst& analyst) const;
     /// The same without information lines.
-    [[nodiscard]] std::vector<std::string> complaints(const Analyst& analyst) const;
+    [[nodiscard]] Strings complaints(const Analyst& analyst) const;
     [[nodiscard]] long logCount(const Analyst& analyst, const std::string& line) const;
 
-    /// The names of the analyst's calls of the cloud, in the order in which they were made.
-    [[nodiscard]] std::vector<std::string> cloudCalls(const Analyst& analyst) const;
-    /// The kinds of the analyst's blocks in the order in which they started.
-    [[nodiscard]] std::vector<std::string> blocks(const Analyst& analyst) const;
-    void forgetTrace() { trace.clear(); }
+    /// The names of the analyst's calls of the cloud, and the kinds of their blocks, as they began.
+    [[nodiscard]] Strings cloudCalls(const Analyst& analyst) const;
+    [[nodiscard]] Strings blocks(const Analyst& analyst) const;
 
     ReferenceHost::VirtualTime time{11};
     ReferenceHost::VirtualScheduler scheduler{time};
