@@ -55,18 +55,6 @@ void Analyst::holdBackEvents(double seconds) {
     });
 }
 
-void Analyst::deliver(Type type, TaggingSessionMoments moments) const {
-    ChangedTaggingSession changed;
-    changed.moments = std::move(moments);
-    service->handleTaggingSessionUpdate(type, changed);
-}
-
-void Analyst::deliver(const std::vector<PresentationViewItem>& views) const {
-    ChangedTaggingSession changed;
-    changed.presentationView = PresentationViewItem("", Base::Color(), views);
-    service->handleTaggingSessionUpdate(Type::presentationViewUpdated, changed);
-}
-
 std::string pictureOf(const ReferenceHost::Timeline& timeline) {
     std::string text;
     const RowList rows = timeline.allRows();
@@ -159,10 +147,6 @@ void SynchroniserTest::retimeRemoteMoment(const std::string& momentId, double st
     EXPECT_TRUE(cloud.updateMoments(stranger, videoId, sessionId(), "elsewhere", {draft}).value());
 }
 
-void SynchroniserTest::removeRemoteMoment(const std::string& momentId) {
-    EXPECT_TRUE(cloud.removeMoments(stranger, videoId, sessionId(), "elsewhere", {momentId}).value());
-}
-
 void SynchroniserTest::expectAllEqual() const {
     for (const auto& analyst : analysts) {
         EXPECT_EQ(pictureOf(*analyst->timeline), pictureOf(remote())) << analyst->host.name();
@@ -189,26 +173,15 @@ Strings SynchroniserTest::complaints(const Analyst& analyst) const {
     return lines;
 }
 
-long SynchroniserTest::logCount(const Analyst& analyst, const std::string& line) const {
-    return std::ranges::count(log(analyst), line);
-}
-
-Strings SynchroniserTest::cloudCalls(const Analyst& analyst) const {
-    Strings calls;
-    for (const auto& entry : trace.entries(analyst.host.name(), ReferenceHost::TraceKind::call)) {
-        if (!entry.field("call").empty()) {  // its number; the coding target's calls have none
-            calls.emplace_back(entry.field("name"));
+Strings SynchroniserTest::texts(const Analyst& analyst, std::string_view kind, std::string_view field,
+                                std::string_view otherField) const {
+    Strings result;
+    for (const auto& entry : trace.entries(analyst.host.name(), kind)) {
+        if (!entry.field(otherField).empty()) {
+            result.emplace_back(entry.field(field));
         }
     }
-    return calls;
-}
-
-Strings SynchroniserTest::blocks(const Analyst& analyst) const {
-    Strings kinds;
-    for (const auto& entry : trace.entries(analyst.host.name(), ReferenceHost::TraceKind::blockStart)) {
-        kinds.emplace_back(entry.field("kind"));
-    }
-    return kinds;
+    return result;
 }
 
 }  // namespace RemoteCoding

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <string>
@@ -76,8 +77,14 @@ struct Analyst {
     void holdBackEvents(double seconds);
 
     /// A subscription event, as if it had just arrived.
-    void deliver(Type type, TaggingSessionMoments moments) const;
-    void deliver(const std::vector<PresentationViewItem>& views) const;
+    void deliver(Type type, const TaggingSessionMoments& moments) const {
+        service->handleTaggingSessionUpdate(type, ChangedTaggingSession(moments, {}));
+    }
+    void deliver(const std::vector<PresentationViewItem>& views) const {
+        service->handleTaggingSessionUpdate(
+            Type::presentationViewUpdated,
+            ChangedTaggingSession({}, PresentationViewItem("", Base::Color(), views)));
+    }
 
     ReferenceHost::VirtualExecution execution;
     ReferenceHost::Host host;
@@ -114,7 +121,9 @@ protected:
     // What somebody else does, who is no analyst here.
     std::string addRemoteMoment(const std::string& code, double start, double end);
     void retimeRemoteMoment(const std::string& momentId, double start, double end);
-    void removeRemoteMoment(const std::string& momentId);
+    void removeRemoteMoment(const std::string& momentId) {
+        EXPECT_TRUE(cloud.removeMoments(stranger, videoId, sessionId(), "elsewhere", {momentId}).value());
+    }
 
     [[nodiscard]] std::string sessionId() const { return cloud.primarySessionOf(videoId).value_or("none"); }
     [[nodiscard]] ReferenceHost::TaggingSessionRecord remote() const {
@@ -126,11 +135,20 @@ protected:
     [[nodiscard]] Strings log(const Analyst& analyst) const;
     /// The same without information lines.
     [[nodiscard]] Strings complaints(const Analyst& analyst) const;
-    [[nodiscard]] long logCount(const Analyst& analyst, const std::string& line) const;
+    [[nodiscard]] long logCount(const Analyst& analyst, const std::string& line) const {
+        return std::ranges::count(log(analyst), line);
+    }
 
     /// The names of the analyst's calls of the cloud, and the kinds of their blocks, as they began.
-    [[nodiscard]] Strings cloudCalls(const Analyst& analyst) const;
-    [[nodiscard]] Strings blocks(const Analyst& analyst) const;
+    [[nodiscard]] Strings cloudCalls(const Analyst& analyst) const {
+        return texts(analyst, ReferenceHost::TraceKind::call, "name", "call");
+    }
+    [[nodiscard]] Strings blocks(const Analyst& analyst) const {
+        return texts(analyst, ReferenceHost::TraceKind::blockStart, "kind", "number");
+    }
+    /// One field of those of the analyst's entries of a kind that have another field, too.
+    [[nodiscard]] Strings texts(const Analyst& analyst, std::string_view kind, std::string_view field,
+                                std::string_view otherField) const;
 
     ReferenceHost::VirtualTime time{11};
     ReferenceHost::VirtualScheduler scheduler{time};

@@ -38,9 +38,10 @@ void takePart(Match& match, std::size_t number) {
         timeline->addRow(row, Base::Color(1, 2, 3));
     }
     auto& environment = host.environment();
-    auto service = TimelineUploadService::make(
-        environment, timeline->uniqueId(), "team", "user", "video", match.session,
-        environment.syncLibrary.makeTaggingSessionService(), environment.graphQLClient);
+    auto service = TimelineUploadService::make(environment, timeline->uniqueId(), "team", "user", "video",
+                                               number == 0 ? std::nullopt : std::optional(match.session),
+                                               environment.syncLibrary.makeTaggingSessionService(),
+                                               environment.graphQLClient);
     std::vector<std::shared_ptr<ReferenceHost::TimelineInstance>> clips;
     int edits = 0;
     const auto edit = [&] {

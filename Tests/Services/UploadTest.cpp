@@ -62,12 +62,6 @@ TEST_F(UploadTest, SendsUpdatesCreationsRemovalsAndRowsInThisOrder) {
     EXPECT_EQ(ann().service->momentCache().momentId(alsoCreated->uniqueId()), "session-1.moment-5");
     EXPECT_EQ(ann().service->lastModifyCount(), ann().timeline->modifyCount());
     expectAllEqual();
-
-    trace.clear();
-    ann().tag("Attack", 24, 25);
-    settle();
-    EXPECT_EQ(cloudCalls(ann()), Strings({"createMoments"}));
-    EXPECT_EQ(log(ann()), Strings({"info Uploading all local timeline updates"}));
 }
 
 TEST_F(UploadTest, AStepThatFailsStopsTheOthersAndTheNextPassSendsTheSameRange) {
@@ -150,12 +144,6 @@ TEST_F(UploadTest, AShortAnswerAndClipsThatHaveVanishedMeanwhileAreNoTrouble) {
         "a moment");
     EXPECT_EQ(complaints(ann()), Strings({"error Trying to cache an instance without a row.||"
                                           "setExternalIdAndCacheInstance(instance:externalId:)"}));
-    EXPECT_EQ(trace.entries("Ann", ReferenceHost::TraceKind::logError).back().field("file"),
-              "Components/RemoteCoding/Services/TimelineUploadService");
-    ann().host.closeTimeline(ann().timeline->uniqueId());
-    ann().service->setExternalIdAndCacheInstance(stays, "another moment");
-    EXPECT_EQ(stays->externalId(), "session-1.moment-5");
-    EXPECT_EQ(complaints(ann()).size(), 1U);
 }
 
 TEST_F(UploadTest, ADeletionSavesAllRowsAndADeletedRowIsForgottenOnlyThen) {
@@ -186,7 +174,6 @@ TEST_F(UploadTest, WithoutATaggingSessionItKeepsRunningAndSendsNothing) {
                                   "error No TaggingSessionId found, cannot subscribe to updates||"
                                   "subscribeToTaggingSessionUpdates(timelineId:)"}));
     EXPECT_EQ(cloudCalls(cleo), Strings({"createTaggingSession"}));
-    EXPECT_FALSE(cleo.service->taggingSessionId());
     EXPECT_EQ(cleo.status().activity, Activity::idle);
     EXPECT_TRUE(cleo.status().hasUnsentEdits);
 }
@@ -209,19 +196,15 @@ TEST_F(UploadTest, ThousandsOfNewMomentIdsAreWrittenBackInOrderAndLeaveTheMainTh
 }
 
 TEST_F(UploadTest, ACallThatThrowsOrHangsDoesNotHoldUpTheQueueForLonger) {
-    const auto expectFailure = [this](const std::string& error, const ReferenceHost::FaultPlan& plan) {
-        ann().client().setFaultPlan(plan);
-        ann().tag("Attack", 20, 21);
-        runFor(3);
-        EXPECT_EQ(complaints(ann()),
-                  Strings({"warn Unable to upload new moments. Error=" + error + ".", partFailed}));
-        ann().client().setFaultPlan({});
-        uploadAgain();
-        trace.clear();
-    };
-    expectFailure("no such luck",
-                  [](const auto&) -> ReferenceHost::Fault { throw std::runtime_error("no such luck"); });
-    expectFailure("Unknown error", [](const auto&) -> ReferenceHost::Fault { throw 42; });
+    ann().client().setFaultPlan(
+        [](const auto&) -> ReferenceHost::Fault { throw std::runtime_error("no such luck"); });
+    ann().tag("Attack", 20, 21);
+    runFor(3);
+    EXPECT_EQ(complaints(ann()),
+              Strings({"warn Unable to upload new moments. Error=no such luck.", partFailed}));
+    ann().client().setFaultPlan({});
+    uploadAgain();
+    trace.clear();
 
     ann().faultNext(Operation::createMoments, Kind::none, 30);
     ann().tag("Attack", 30, 31);
@@ -232,18 +215,16 @@ TEST_F(UploadTest, ACallThatThrowsOrHangsDoesNotHoldUpTheQueueForLonger) {
     EXPECT_EQ(ann().status().activity, Activity::working);
     settle();
     EXPECT_EQ(cloudCalls(ann()), Strings({"createMoments", "createMoments"}));
-    expectAllEqual();
-}
 
-TEST_F(UploadTest, AHostThatThrowsDoesNotHoldUpTheQueue) {
+    // So does a host that throws where no failure is foreseen.
+    trace.clear();
     const auto doors = std::make_shared<ComponentTests::FaultyTimelineComponent>(ann().host.timelines());
     ann().host.locator().setTimelineComponent(doors);
     doors->throws = true;
     ann().tag("Attack", 34, 35);
     runFor(3);
-    ASSERT_EQ(complaints(ann()).size(), 1U);
-    EXPECT_TRUE(
-        complaints(ann()).front().starts_with("error The host failed unexpectedly|timeline component|"));
+    EXPECT_EQ(complaints(ann()),
+              Strings({"error The host failed unexpectedly|timeline component|updateTaggingSession(_:)"}));
     doors->throws = false;
     uploadAgain();
 }
