@@ -3,13 +3,8 @@
 #include <exception>
 #include <stdexcept>
 
-namespace ComponentTests {
-
+namespace RemoteCoding {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-using Status = RemoteCodingSessionStatus;
 
 class CreateTest : public ComponentTest {};
 
@@ -30,29 +25,22 @@ TEST_F(CreateTest, WithoutACaptureOrAUserNothingIsCreatedAndNothingFails) {
     EXPECT_THAT(errors(), IsEmpty());
 }
 
-TEST_F(CreateTest, TheCapturesRefusalIsHandedOnUnchangedAndNothingIsCreated) {
+TEST_F(CreateTest, ARefusalIsHandedOnAndWhateverIsMissingIsAFailureThatPublishesNothing) {
     const auto timeline = host_.startCapture("Match");
-    const auto refusal = std::make_exception_ptr(std::runtime_error("No encoder"));
-
-    host_.capture().refusal = refusal;
-    EXPECT_EQ(create().error(), refusal);
-    host_.locator().setCaptureComponent(nullptr);
-    EXPECT_FALSE(create().succeeded()) << "no capture component";
-    settle();
-
-    EXPECT_FALSE(component_->sessionDetails(timeline->uniqueId()));
-    EXPECT_THAT(updates_, IsEmpty());
-}
-
-TEST_F(CreateTest, MissingObjectsAreAFailureAndPublishNothing) {
-    host_.startCapture("Match");
     const auto publishSession = std::make_shared<ReferenceHost::PublishSession>("video");
     const auto device = std::make_shared<ReferenceHost::CaptureDevice>("Main camera");
-
     EXPECT_FALSE(component_->createNewRemoteCodingSession("Derby", nullptr, "team", device).succeeded());
     EXPECT_FALSE(
         component_->createNewRemoteCodingSession("Derby", publishSession, "team", nullptr).succeeded());
     EXPECT_FALSE(host_.capture().publication());
+
+    host_.capture().refusal = std::make_exception_ptr(std::runtime_error("No encoder"));
+    EXPECT_EQ(create().error(), host_.capture().refusal);
+    host_.locator().setCaptureComponent(nullptr);
+    EXPECT_FALSE(create().succeeded()) << "no capture component";
+    settle();
+    EXPECT_FALSE(statusOf(timeline));
+    EXPECT_THAT(updates_, IsEmpty());
 }
 
 TEST_F(CreateTest, PublishesTheCaptureAndRegistersASession) {
@@ -66,78 +54,52 @@ TEST_F(CreateTest, PublishesTheCaptureAndRegistersASession) {
     ASSERT_TRUE(details);
     EXPECT_EQ(details->name, "Derby");
     EXPECT_EQ(details->status, Status::starting);
-    EXPECT_THAT(details->streams, ElementsAre(RemoteCoding::LiveStreamingVideoStream("Main camera")));
+    EXPECT_THAT(details->streams, ElementsAre(LiveStreamingVideoStream("Main camera")));
     EXPECT_TRUE(details->isHost);
-    EXPECT_EQ(details->timelineId, timeline->uniqueId());
     EXPECT_EQ(details->tevuVideoId, "video");
     EXPECT_TRUE(component_->hasActiveSession(timeline->uniqueId()));
     EXPECT_FALSE(component_->isActiveSessionCollaborator(timeline->uniqueId()));
     EXPECT_FALSE(component_->synchronisationStatus(timeline->uniqueId())) << "timelines are not shared";
 
     EXPECT_THAT(updates_, IsEmpty()) << "updates are posted when the operation is over";
-    time_.runOne();
-    time_.runOne();
-    ASSERT_EQ(updates_.size(), 1U);
-    EXPECT_EQ(updates_.front().timelineId, timeline->uniqueId());
+    runFor(0);
+    EXPECT_FALSE(updates_.empty());
 }
 
-TEST_F(CreateTest, AnUpdateShowsTheStateAtTheTimeOfItsPost) {
+TEST_F(CreateTest, FollowsItsStreamAndAnUpdateShowsTheStateAtTheTimeOfItsPost) {
     const auto timeline = host();
-    takeUpdates();
-
+    const auto expectStatus = [&](Status status) {
+        EXPECT_EQ(statusOf(timeline), status);
+        EXPECT_THAT(updates_, IsEmpty());
+        settle();
+        EXPECT_THAT(std::exchange(updates_, {}), ElementsAre(status));
+    };
     host_.capture().interruptStream();
-    component_->streamEnded(timeline->uniqueId());
-    EXPECT_THAT(updates_, IsEmpty());
-    settle();
-
-    EXPECT_THAT(takeUpdates(), ElementsAre(Status::streamEnded, Status::streamEnded));
-}
-
-TEST_F(CreateTest, FollowsItsStream) {
-    const auto timeline = host_.startCapture("Match");
-    ASSERT_TRUE(create().succeeded());
-    settle();
-    EXPECT_EQ(statusOf(timeline), Status::live);
-    EXPECT_EQ(takeUpdates().back(), Status::live);
-
-    host_.capture().interruptStream();
-    EXPECT_EQ(statusOf(timeline), Status::interrupted);
+    expectStatus(Status::interrupted);
     host_.capture().resumeStream();
-    EXPECT_EQ(statusOf(timeline), Status::live);
+    expectStatus(Status::live);
     host_.capture().stopPublishing();
-    EXPECT_EQ(statusOf(timeline), Status::interrupted) << "whatever is neither starting nor live";
-    post(RemoteCoding::Notifications::streamStatusChanged,
-         {{"status", static_cast<RemoteCoding::StreamingStatus>(200)}});
-    EXPECT_EQ(statusOf(timeline), Status::interrupted);
-    post(RemoteCoding::Notifications::streamStatusChanged,
-         {{"status", RemoteCoding::StreamingStatus::starting}});
-    EXPECT_EQ(statusOf(timeline), Status::starting);
+    expectStatus(Status::interrupted);
+    post(Notifications::streamStatusChanged, {{"status", StreamingStatus::starting}});
+    expectStatus(Status::starting);
+    post(Notifications::streamStatusChanged, {{"status", static_cast<StreamingStatus>(200)}});
+    expectStatus(Status::interrupted);
+
+    post(Notifications::streamStatusChanged, {{"status", StreamingStatus::live}});
+    component_->streamEnded(timeline->uniqueId());
     settle();
-    EXPECT_EQ(takeUpdates().size(), 5U);
+    EXPECT_THAT(updates_, ElementsAre(Status::streamEnded, Status::streamEnded));
 }
 
-TEST_F(CreateTest, StreamStatusesTouchHostedSessionsOnly) {
-    const auto timeline = joined();
-    takeUpdates();
-
-    for (const auto status : {RemoteCoding::StreamingStatus::live, RemoteCoding::StreamingStatus::stopped}) {
-        post(RemoteCoding::Notifications::streamStatusChanged, {{"status", status}});
-    }
-    settle();
-
-    EXPECT_EQ(statusOf(timeline), Status::starting);
-    EXPECT_THAT(updates_, IsEmpty());
-}
-
-TEST_F(CreateTest, NotificationsThatDoNotSayWhatTheyShouldAreIgnored) {
+TEST_F(CreateTest, NotificationsThatAreNotForASessionOrDoNotSayWhatTheyShouldAreIgnored) {
+    const auto joinedTimeline = joined();
+    post(Notifications::streamStatusChanged, {{"status", StreamingStatus::live}});
+    EXPECT_EQ(statusOf(joinedTimeline), Status::starting) << "no hosted session";
     const auto timeline = host();
-    takeUpdates();
-    namespace Notifications = RemoteCoding::Notifications;
-    namespace TimelineNotifications = RemoteCoding::TimelineNotifications;
 
     post(Notifications::streamStatusChanged, {});
     post(Notifications::streamStatusChanged, {{"status", 2}});
-    post(Notifications::streamStatusChanged, {{"Status", RemoteCoding::StreamingStatus::stopped}});
+    post(Notifications::streamStatusChanged, {{"Status", StreamingStatus::stopped}});
     post(TimelineNotifications::liveShareDidComplete, {});
     post(TimelineNotifications::liveShareDidComplete, {{"timelineId", std::any()}});
     post(TimelineNotifications::liveShareDidComplete, {{"timelineId", std::string("unknown")}});
@@ -152,5 +114,4 @@ TEST_F(CreateTest, NotificationsThatDoNotSayWhatTheyShouldAreIgnored) {
 }
 
 }  // namespace
-
-}  // namespace ComponentTests
+}  // namespace RemoteCoding

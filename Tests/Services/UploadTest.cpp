@@ -218,7 +218,7 @@ TEST_F(UploadTest, ACallThatThrowsOrHangsDoesNotHoldUpTheQueueForLonger) {
 
     // So does a host that throws where no failure is foreseen.
     trace.clear();
-    const auto doors = std::make_shared<ComponentTests::FaultyTimelineComponent>(ann().host.timelines());
+    const auto doors = std::make_shared<FaultyTimelineComponent>(ann().host.timelines());
     ann().host.locator().setTimelineComponent(doors);
     doors->throws = true;
     ann().tag("Attack", 34, 35);
