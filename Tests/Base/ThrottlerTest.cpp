@@ -20,14 +20,15 @@ protected:
     std::unique_ptr<Throttler> throttlerWith(std::function<void()> callback) {
         return std::make_unique<Throttler>(execution_, Seconds(1), std::move(callback));
     }
-
-    /// A throttler that notes when its callback runs.
-    std::unique_ptr<Throttler> notingThrottler() {
-        return throttlerWith([this] {
+    /// A throttler that notes when its callback runs, and then does this.
+    std::unique_ptr<Throttler> notingThrottler(std::function<void()> more = [] {}) {
+        return throttlerWith([this, more = std::move(more)] {
             EXPECT_TRUE(execution_.isMainThread());
             calls_.push_back(time_.now().count());
+            more();
         });
     }
+    void runFor(double seconds) { time_.runFor(Seconds(seconds)); }
 
     ReferenceHost::VirtualTime time_{1};
     ReferenceHost::VirtualExecution execution_{time_};
@@ -35,20 +36,21 @@ protected:
 };
 
 TEST_F(ThrottlerTest, ABurstEndsInOneCallWhenTheIntervalIsOver) {
-    const auto throttler = notingThrottler();
-    EXPECT_FALSE(throttler->isWaiting());
-
-    throttler->throttle();
-    EXPECT_TRUE(throttler->isWaiting());
-    time_.runFor(Seconds(0.5));
-    throttler->throttle();
-    time_.runFor(Seconds(0.25));
-    throttler->throttle();
+    auto throttler = notingThrottler();
+    for (int i = 0; i < 3; ++i) {
+        throttler->throttle();
+        EXPECT_TRUE(throttler->isWaiting());
+        runFor(0.25);
+    }
     EXPECT_TRUE(calls_.empty());
-    time_.runFor(Seconds(10));
-
+    runFor(10);
     EXPECT_EQ(calls_, std::vector{1.0});
     EXPECT_FALSE(throttler->isWaiting());
+
+    throttler->throttle();
+    throttler.reset();
+    runFor(10);
+    EXPECT_EQ(calls_.size(), 1U) << "destroyed while waiting";
 }
 
 TEST_F(ThrottlerTest, UnderAnyLoadItFiresAtMostOnceAnIntervalAndAfterEachRequest) {
@@ -85,23 +87,15 @@ TEST_F(ThrottlerTest, AWaitingRequestCanGoAtOnce) {
     EXPECT_TRUE(calls_.empty()) << "nothing waited";
 
     throttler->throttle();
-    time_.runFor(Seconds(0.25));
+    runFor(0.25);
     throttler->fireNow();
     EXPECT_EQ(calls_, std::vector{0.25});
     EXPECT_FALSE(throttler->isWaiting());
 
-    time_.runFor(Seconds(0.25));
+    runFor(0.25);
     throttler->throttle();
-    time_.runFor(Seconds(10));
+    runFor(10);
     EXPECT_EQ(calls_, (std::vector{0.25, 1.5})) << "a whole new wait, and none left of the first";
-}
-
-TEST_F(ThrottlerTest, DestroyedWhileWaitingItNeverCalls) {
-    auto throttler = notingThrottler();
-    throttler->throttle();
-    throttler.reset();
-    time_.runFor(Seconds(10));
-    EXPECT_TRUE(calls_.empty());
 }
 
 TEST_F(ThrottlerTest, ItsCallbackMayDestroyIt) {
@@ -119,45 +113,28 @@ TEST_F(ThrottlerTest, ItsCallbackMayDestroyIt) {
         if (atOnce) {
             throttler->fireNow();
         }
-        time_.runFor(Seconds(10));
+        runFor(10);
 
         EXPECT_EQ(seen, 42);
         EXPECT_EQ(held.use_count(), 1);
     }
 }
 
-TEST_F(ThrottlerTest, ItsCallbackMayRequestTheNextCall) {
+TEST_F(ThrottlerTest, ItsCallbackMayThrowAndMayRequestTheNextCall) {
     std::unique_ptr<Throttler> throttler;
-    throttler = throttlerWith([&] {
-        calls_.push_back(time_.now().count());
+    throttler = notingThrottler([&] {
         if (calls_.size() < 3) {
             throttler->throttle();
             EXPECT_TRUE(throttler->isWaiting());
         }
-    });
-
-    throttler->throttle();
-    time_.runFor(Seconds(10));
-
-    EXPECT_EQ(calls_, (std::vector{1.0, 2.0, 3.0}));
-}
-
-TEST_F(ThrottlerTest, ACallbackThatThrowsStopsNothing) {
-    const auto throttler = throttlerWith([this] {
-        calls_.push_back(time_.now().count());
         throw std::runtime_error("no luck");
     });
-
     throttler->throttle();
-    time_.runFor(Seconds(2));
-    EXPECT_FALSE(throttler->isWaiting());
+    runFor(10);
+    EXPECT_EQ(calls_, (std::vector{1.0, 2.0, 3.0}));
     throttler->throttle();
     EXPECT_THROW(throttler->fireNow(), std::runtime_error);
     EXPECT_FALSE(throttler->isWaiting());
-    throttler->throttle();
-    time_.runFor(Seconds(2));
-
-    EXPECT_EQ(calls_, (std::vector{1.0, 2.0, 3.0}));
 }
 
 }  // namespace

@@ -24,18 +24,6 @@ LiveStreamingVideoItem listedVideo() {
         std::vector<std::string>{"session 1", "session 2"});
 }
 
-TEST(RemoteCodingSession, StartsWithNothingButWhatItWasMadeFrom) {
-    const RemoteCodingSession session("Match", {LiveStreamingVideoStream("Main")}, "timeline", "video",
-                                      "team", true);
-
-    EXPECT_EQ(session.status, RemoteCodingSessionStatus::starting);
-    EXPECT_FALSE(session.taggingSessionId);
-    EXPECT_FALSE(session.manifestURL);
-    EXPECT_FALSE(session.timelineUploadService);
-    EXPECT_FALSE(session.liveStreamObserver);
-    EXPECT_EQ(session.teamId, "team");
-}
-
 TEST(RemoteCodingSession, ItsDetailsShowItAsItIsWithoutTheManifest) {
     RemoteCodingSession session("Match", {LiveStreamingVideoStream("Main")}, "timeline", "video", "team",
                                 true);
