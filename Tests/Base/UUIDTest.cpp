@@ -20,17 +20,15 @@ TEST(UUID, ReadsAndWritesTheTextForm) {
 }
 
 TEST(UUID, RefusesWhatIsNotExactlyTheTextForm) {
-    for (const std::string text : {
-             "",
-             "919108f7-52d1-4320-9bac-f847db4148a",     // a digit short
-             "919108f7-52d1-4320-9bac-f847db4148a8a",   // a digit long
-             "919108f7-52d1-4320-9bac-f847db4148a8\n",  // something after
-             "919108f752d143209bacf847db4148a8",        // no hyphens
-             "919108f75-2d1-4320-9bac-f847db4148a8",    // a hyphen elsewhere
-             "919108f7-52d1-4320-9bac_f847db4148a8",    // another separator
-             "g19108f7-52d1-4320-9bac-f847db4148a8",    // no hexadecimal digit
-             "-19108f7-52d1-4320-9bac-f847db4148a8",
-         }) {
+    for (const std::string text : {"",
+                                   "919108f7-52d1-4320-9bac-f847db4148a",     // a digit short
+                                   "919108f7-52d1-4320-9bac-f847db4148a8a",   // a digit long
+                                   "919108f7-52d1-4320-9bac-f847db4148a8\n",  // something after
+                                   "919108f752d143209bacf847db4148a8",        // no hyphens
+                                   "919108f75-2d1-4320-9bac-f847db4148a8",    // a hyphen elsewhere
+                                   "919108f7-52d1-4320-9bac_f847db4148a8",    // another separator
+                                   "g19108f7-52d1-4320-9bac-f847db4148a8",    // no hexadecimal digit
+                                   "-19108f7-52d1-4320-9bac-f847db4148a8"}) {
         EXPECT_FALSE(UUID::parse(text)) << '"' << text << '"';
     }
     EXPECT_FALSE(UUID::parse(std::string(36, '\0')));

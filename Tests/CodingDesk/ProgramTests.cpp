@@ -13,17 +13,13 @@ namespace CodingDesk {
 namespace {
 
 struct Outcome {
-    int status = -1;
-    std::string out;
-    std::string errors;
-};
+    explicit Outcome(const std::vector<std::string>& arguments)
+        : status(runProgram(arguments, out, errors)) {}
 
-Outcome runWith(const std::vector<std::string>& arguments) {
     std::ostringstream out;
     std::ostringstream errors;
-    const int status = runProgram(arguments, out, errors);
-    return {status, out.str(), errors.str()};
-}
+    int status;
+};
 
 class ProgramTests : public testing::Test {
 protected:
@@ -45,29 +41,30 @@ private:
 
 TEST_F(ProgramTests, AMatchThatCannotBeReadIsNotBegun) {
     const std::string match = write("bad.csv", "code,start,end\nShot,1,2\nShot,5,4\n");
-    const Outcome broken = runWith({"--events", match, "--log", file("trace.log")});
+    const Outcome broken({"--events", match, "--log", file("trace.log")});
     EXPECT_EQ(broken.status, 2);
-    EXPECT_EQ(broken.errors, "CodingDesk: " + match + ", line 3: the end \"4\" is before the start \"5\"\n");
-    EXPECT_EQ(broken.out, "");
+    EXPECT_EQ(broken.errors.str(),
+              "CodingDesk: " + match + ", line 3: the end \"4\" is before the start \"5\"\n");
+    EXPECT_EQ(broken.out.str(), "");
     EXPECT_FALSE(std::filesystem::exists(file("trace.log")));
 
-    const Outcome missing = runWith({"--events", file("missing.csv")});
+    const Outcome missing({"--events", file("missing.csv")});
     EXPECT_EQ(missing.status, 2);
-    EXPECT_THAT(missing.errors, testing::HasSubstr("missing.csv: the file cannot be opened"));
-    EXPECT_EQ(missing.out, "");
+    EXPECT_THAT(missing.errors.str(), testing::HasSubstr("missing.csv: the file cannot be opened"));
+    EXPECT_EQ(missing.out.str(), "");
 }
 
 TEST_F(ProgramTests, OptionsThatCannotBeFollowedAreRefused) {
     for (const auto& arguments : std::vector<std::vector<std::string>>{
              {"--analysts", "many"}, {"--what"}, {"--log", file("no such folder/trace.log")}}) {
-        const Outcome refused = runWith(arguments);
+        const Outcome refused(arguments);
         EXPECT_EQ(refused.status, 2) << testing::PrintToString(arguments);
-        EXPECT_THAT(refused.errors, testing::StartsWith("CodingDesk: "));
-        EXPECT_EQ(refused.out, "");
+        EXPECT_THAT(refused.errors.str(), testing::StartsWith("CodingDesk: "));
+        EXPECT_EQ(refused.out.str(), "");
     }
-    const Outcome help = runWith({"--help"});
+    const Outcome help({"--help"});
     EXPECT_EQ(help.status, 0);
-    EXPECT_THAT(help.out, testing::StartsWith("Usage: CodingDesk"));
+    EXPECT_THAT(help.out.str(), testing::StartsWith("Usage: CodingDesk"));
 }
 
 }  // namespace
