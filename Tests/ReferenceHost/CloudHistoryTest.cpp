@@ -1,8 +1,15 @@
+#include "ReferenceHost/Cloud/CloudService.hpp"
+#include "ReferenceHost/Execution/VirtualExecution.hpp"
+#include "ReferenceHost/Execution/VirtualScheduler.hpp"
+#include "ReferenceHost/Host.hpp"
 #include "ReferenceHost/SeededRandom.hpp"
-#include "Tests/ReferenceHost/CloudWorld.hpp"
+
+#include <gtest/gtest.h>
 
 #include <algorithm>
-#include <map>
+#include <memory>
+#include <string>
+#include <vector>
 
 namespace ReferenceHost {
 
@@ -66,179 +73,177 @@ struct Model {
     }
 };
 
-std::vector<MomentRecord> valuesOf(const std::vector<MomentPointer>& moments) {
-    std::vector<MomentRecord> values;
-    values.reserve(moments.size());
-    for (const MomentPointer& moment : moments) {
-        values.push_back(*moment);
-    }
-    return values;
-}
+using Ids = std::vector<std::string>;
+using Instances = std::vector<std::shared_ptr<RemoteCoding::TimelineInstanceProtocol>>;
+constexpr const char* team = "team";
+constexpr const char* video = "video";
 
-/// Everybody writes at random over links that drop and calls that fail, and renews a failed subscription at once, without
-/// fetching again: it is told everything from its first change on.
-struct RandomRun {
-    explicit RandomRun(std::uint64_t seed) : world(seed), random(seed) {
-        for (auto& analyst : world.analysts) {
-            (void)world.fetch(*analyst);
-            analyst->client->setFaultPlan([this](const CloudCall& call) {
-                if (!isWrite(call.operation) || !random.chance(0.2)) {
-                    return Fault();
+/// One client, who writes at random and renews a failed subscription at once, without fetching again: it is told
+/// everything from its first change on.
+struct Analyst {
+    Analyst(const std::string& name, VirtualTime& time, CloudService& cloud, Trace& trace)
+        : execution(time, name, &trace), host(name, execution, cloud, trace) {}
+
+    void subscribe(const std::string& session) {
+        if (handle) {
+            handle->cancel();
+        }
+        told.clear();
+        hasFailed = false;
+        handle = host.cloudClient().graphQLClient()->subscribeToTaggingSessionChanges(
+            session, timeline->uniqueId(),
+            [this](auto type, const RemoteCoding::ChangedTaggingSession& change) {
+                told.emplace_back(nameOf(type));
+                for (std::size_t i = 0; change.moments && i < change.moments->size(); ++i) {
+                    told.back() += " " + (*change.moments)[i]->identifier();
                 }
-                const std::vector<Fault::Kind> kinds = {Fault::Kind::failBeforeEffect,
-                                                        Fault::Kind::failAfterEffect, Fault::Kind::none};
-                return Fault(kinds[random.below(kinds.size())], Base::Seconds(random.between(0, 3)));
-            });
-        }
-        world.wait(1);
-        for (auto& analyst : world.analysts) {
-            subscribers.push_back(world.subscribe(*analyst));
-        }
-        for (int step = 0; step < 200; ++step) {
-            act(random.below(world.analysts.size()));
-            world.wait(random.between(0, 0.6));
-        }
-        for (auto& analyst : world.analysts) {
-            analyst->client->setFaultPlan(nullptr);
-            analyst->client->setLinkUp(true);
-        }
-        world.wait();
-        renewFailedSubscriptions();
-        world.wait();
+            },
+            [this](const auto&) { hasFailed = true; });
     }
 
-    void act(std::size_t index) {
-        auto& analyst = *world.analysts[index];
-        renewFailedSubscriptions();
+    std::shared_ptr<TimelineInstance> tag(double start) {
+        const auto row = timeline->findRowNamed("Shot");
+        return timeline->addInstance((row ? row : timeline->addRow("Shot", {}))->uniqueId(), start, 3);
+    }
+
+    void act(SeededRandom& random, const std::string& session, const std::vector<MomentPointer>& moments) {
+        const auto written = [](const auto&) {};
+        const auto id = timeline->uniqueId();
+        const auto known = moments.empty() ? "no such moment" : moments[random.below(moments.size())]->id;
+        const auto clip = tag(random.unit());
+        const auto all = clip->row()->allInstances();
         switch (random.below(8)) {
         case 0:
-            analyst.client->setLinkUp(false);
-            break;
+            return host.setLinkUp(false);
         case 1:
         case 2:
-            analyst.client->setLinkUp(true);
-            break;
+            return host.setLinkUp(true);
         case 3:
-            (void)world.saveRows(analyst);
-            break;
+            return service->savePresentationView(team, video, session, id, "", timeline->allRows(), written);
         case 4:
-            if (const auto id = anyMoment()) {
-                (void)world.remove(analyst, {*id, "no such moment"});
-            }
-            break;
+            return service->removeMoments(team, video, session, id, Ids{known, "no such moment"}, written);
         case 5:
-            if (const auto id = anyMoment()) {
-                const auto clip = analyst.tag("Pass", random.unit(), 2);
-                clip->setExternalId(id);
-                (void)world.update(analyst, {clip});
-            }
-            break;
-        default: {
-            std::vector<std::shared_ptr<RemoteCoding::TimelineInstanceProtocol>> clips = {
-                analyst.tag("Shot", random.unit(), 3)};
-            if (const auto old = analyst.timeline->findRowNamed("Shot"); old && random.chance(0.5)) {
-                const auto all = old->allInstances();
-                clips.push_back((*all)[random.below(all->size())]);
-            }
-            (void)world.create(analyst, clips);
-        }
+            clip->setExternalId(known);
+            return service->updateMoments(team, video, session, id,
+                                          std::make_shared<const Instances>(Instances{clip}), written);
+        default:
+            return service->createMoments(
+                team, video, session, id,
+                std::make_shared<const Instances>(Instances{clip, (*all)[random.below(all->size())]}),
+                written);
         }
     }
 
-    std::optional<std::string> anyMoment() {
-        const auto moments = world.service.snapshot(world.session)->moments;
-        return moments.empty() ? std::nullopt : std::optional(moments[random.below(moments.size())]->id);
-    }
-
-    void renewFailedSubscriptions() {
-        for (std::size_t i = 0; i < subscribers.size(); ++i) {
-            if (subscribers[i]->errors != 0) {
-                subscribers[i]->handle->cancel();
-                subscribers[i] = world.subscribe(*world.analysts[i]);
-                ++renewals;
-            }
-        }
-    }
-
-    CloudWorld world;
-    SeededRandom random;
-    std::vector<std::shared_ptr<CloudWorld::Subscriber>> subscribers;
-    int renewals = 0;
+    VirtualExecution execution;
+    Host host;
+    std::shared_ptr<Timeline> timeline = host.openTimeline("Match");
+    std::shared_ptr<RemoteCoding::TaggingSessionServiceProtocol> service =
+        host.cloudClient().syncLibrary().makeTaggingSessionService();
+    std::shared_ptr<RemoteCoding::SubscriptionHandle> handle;
+    std::vector<std::string> told;
+    bool hasFailed = false;
 };
 
 TEST(CloudHistory, FollowsFromTheAcceptedCallsAndReachesEverySubscriber) {
     int renewals = 0;
     for (std::uint64_t seed = 1; seed <= 20; ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
-        RandomRun run(seed);
-        renewals += run.renewals;
-        const auto record = *run.world.service.snapshot(run.world.session);
+        SeededRandom random(seed);
+        VirtualTime time(seed);
+        VirtualScheduler scheduler(time);
+        Trace trace([&] { return time.now(); });
+        CloudService cloud(scheduler);
+        const std::string session = cloud.createTaggingSession(team, video, "Ann");
+        std::vector<std::unique_ptr<Analyst>> analysts;
+        for (const char* name : {"Ann", "Ben", "Cleo"}) {
+            analysts.push_back(std::make_unique<Analyst>(name, time, cloud, trace));
+            auto& client = analysts.back()->host.cloudClient();
+            client.graphQLClient()->fetchTaggingSessions(team, video, std::nullopt, [](const auto&) {});
+            client.setFaultPlan([&random](const CloudCall& call) {
+                const auto kinds = {Fault::Kind::failBeforeEffect, Fault::Kind::failAfterEffect,
+                                    Fault::Kind::none};
+                return isWrite(call.operation) && random.chance(0.2)
+                           ? Fault(std::data(kinds)[random.below(3)], Base::Seconds(random.between(0, 3)))
+                           : Fault();
+            });
+        }
+        time.runFor(Base::Seconds(1));
+        const auto subscribeAll = [&](bool first) {
+            for (const auto& analyst : analysts) {
+                if (first || analyst->hasFailed) {
+                    analyst->subscribe(session);
+                    renewals += first ? 0 : 1;
+                }
+            }
+        };
+        subscribeAll(true);
+        for (int step = 0; step < 200; ++step) {
+            subscribeAll(false);
+            analysts[random.below(3)]->act(random, session, cloud.snapshot(session)->moments);
+            time.runFor(Base::Seconds(random.between(0, 0.6)));
+        }
+        for (const auto& analyst : analysts) {
+            analyst->host.setLinkUp(true);
+        }
+        time.runFor(Base::Seconds(60));
+        subscribeAll(false);
+        time.runFor(Base::Seconds(60));
 
         Model model;
-        for (const AcceptedCall& call : run.world.service.log(run.world.session)) {
+        for (const AcceptedCall& call : cloud.log(session)) {
             model.apply(call);
         }
+        const auto record = *cloud.snapshot(session);
         EXPECT_GT(record.moments.size(), 5U);
-        EXPECT_EQ(valuesOf(record.moments), model.moments);
+        EXPECT_TRUE(std::ranges::equal(record.moments, model.moments, {}, [](const auto& m) { return *m; }));
         EXPECT_EQ(record.presentationView, model.view);
         EXPECT_EQ(record.sequence, model.sequence);
-
-        // Each client's last subscription has told every change exactly once and in order, since its only fetch was before.
         std::vector<std::string> changes;
-        for (const ChangePointer& change : run.world.service.changes(run.world.session)) {
-            std::string text = nameOf(change->type);
+        for (const ChangePointer& change : cloud.changes(session)) {
+            changes.emplace_back(nameOf(change->type));
             for (const MomentPointer& moment : change->moments) {
-                text += " " + moment->id;
+                changes.back() += " " + moment->id;
             }
-            changes.push_back(text);
         }
-        for (const auto& subscriber : run.subscribers) {
-            EXPECT_EQ(subscriber->events, changes);
+        for (const auto& analyst : analysts) {
+            EXPECT_EQ(analyst->told, changes) << "Every change exactly once and in order.";
         }
     }
     EXPECT_GT(renewals, 20) << "The links hardly dropped: the test has lost its point.";
 }
 
-TEST(CloudHistory, FollowsFromItsSeedToTheLetter) {
-    const auto traceOf = [](std::uint64_t seed) {
-        RandomRun run(seed);
-        return run.world.trace.text();
+/// What each fault leaves in the cloud, and what the caller hears of it.
+TEST(CloudFaults, HaveTheirEffectAndAnswer) {
+    struct Case {
+        Fault::Kind kind;
+        std::size_t moments;
+        std::string answer;
     };
-
-    const std::string trace = traceOf(5);
-
-    EXPECT_EQ(traceOf(5), trace);
-    EXPECT_NE(traceOf(6), trace);
-}
-
-TEST(CloudHistory, TheTraceTellsCallEffectAnswerAndDelivery) {
-    CloudWorld world;
-    const auto subscriber = world.subscribe(world.ben());
-    world.wait(1);
-    const auto clip = world.ann().tag("Shot", 1, 2);
-    const auto creation = world.create(world.ann(), {clip});
-    world.wait(1);
-    const std::string id = (*creation)->value().front();
-
-    const auto calls = world.trace.entries("Ann", TraceKind::call);
-    const auto effects = world.trace.entries("Ann", "effect");
-    const auto answers = world.trace.entries("Ann", TraceKind::answer);
-    const auto deliveries = world.trace.entries("Ben", "delivery");
-
-    ASSERT_EQ(calls.size(), 1U);
-    EXPECT_EQ(calls[0].field("name"), "createMoments");
-    EXPECT_EQ(calls[0].field("taggingSessionId"), world.session);
-    EXPECT_EQ(calls[0].field("count"), "1");
-    EXPECT_EQ(calls[0].field("ids"), clip->uniqueId());
-    ASSERT_EQ(effects.size(), 1U);
-    EXPECT_EQ(effects[0].field("sequence"), "1");
-    ASSERT_EQ(answers.size(), 1U);
-    EXPECT_EQ(answers[0].field("call"), calls[0].field("call"));
-    EXPECT_EQ(answers[0].field("ids"), id);
-    ASSERT_EQ(deliveries.size(), 1U);
-    EXPECT_EQ(deliveries[0].field("sequence"), "1");
-    EXPECT_EQ(deliveries[0].field("type"), "momentsAdded");
-    EXPECT_EQ(deliveries[0].field("ids"), id);
+    const std::vector<Case> cases = {{Fault::Kind::none, 2, "2"},
+                                     {Fault::Kind::failBeforeEffect, 0, "error"},
+                                     {Fault::Kind::failAfterEffect, 2, "error"},
+                                     {Fault::Kind::answerShort, 2, "1"},
+                                     {Fault::Kind::neverAnswer, 2, ""}};
+    for (const auto& [kind, moments, expected] : cases) {
+        VirtualTime time(1);
+        VirtualScheduler scheduler(time);
+        Trace trace([&] { return time.now(); });
+        CloudService cloud(scheduler);
+        const std::string session = cloud.createTaggingSession(team, video, "Ann");
+        Analyst ann("Ann", time, cloud, trace);
+        ann.host.cloudClient().faultNext(CloudOperation::createMoments, Fault(kind, Base::Seconds(5)));
+        std::string answer;
+        ann.service->createMoments(
+            team, video, session, ann.timeline->uniqueId(),
+            std::make_shared<const Instances>(Instances{ann.tag(1), ann.tag(2)}), [&](const auto& ids) {
+                answer += ids.succeeded() ? std::to_string(ids.value().size()) : "error";
+            });
+        time.runFor(Base::Seconds(4));
+        EXPECT_EQ(cloud.snapshot(session)->moments.size(), moments);
+        EXPECT_EQ(answer, "") << "It is held back.";
+        time.runFor(Base::Seconds(60));
+        EXPECT_EQ(answer, expected);
+    }
 }
 
 }  // namespace

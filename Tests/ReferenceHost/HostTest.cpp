@@ -22,17 +22,11 @@ using RemoteCoding::RemoteCodingComponent;
 
 constexpr const char* videoId = "video";
 
-HostOptions optionsFor(const std::string& userId) {
-    HostOptions options;
-    options.userId = userId;
-    return options;
-}
-
 /// One analyst with a component, taken down in the order that the environment asks for.
 class Analyst {
 public:
     Analyst(const std::string& name, ReportingExecution& execution, CloudService& cloud, Trace& trace)
-        : host(name, execution, cloud, trace, optionsFor(name)),
+        : host(name, execution, cloud, trace, {.userId = name, .network = {}, .logSink = {}}),
           component(RemoteCodingComponent::make(host.environment())) {
         host.setRemoteCodingComponent(component);
     }
@@ -100,31 +94,21 @@ struct TwoAnalysts {
     Analyst ben{"Ben", bensExecution, cloud, trace};
 };
 
-TEST(HostTest, CarriesASessionFromOneAnalystToAnother) {
-    TwoAnalysts both(1);
-    both.begin();
-    both.time.runFor(Seconds(20));
-
-    const auto bensTimeline = both.ben.host.timelines().frontTimeline();
-    ASSERT_NE(bensTimeline, nullptr);
-    const auto row = bensTimeline->findRowNamed("Attack");
-    ASSERT_NE(row, nullptr);
-    EXPECT_EQ(row->numberOfInstances(), 1);
-    EXPECT_NE(bensTimeline->uniqueId(), both.annsTimeline->uniqueId());
-    EXPECT_EQ(both.annsExecution.wrongThreadCount() + both.bensExecution.wrongThreadCount(), 0U);
-
-    both.ann.component->endRemoteCodingSession(both.annsTimeline->uniqueId());
-    both.ben.component->exitRemoteCodingSession(bensTimeline->uniqueId());
-    both.time.runFor(Seconds(20));
-    EXPECT_EQ(both.ann.host.unfinishedTasks(), 0U);
-    EXPECT_EQ(both.ben.host.unfinishedTasks(), 0U);
-}
-
-TEST(HostTest, WritesTheSameTraceForTheSameSeed) {
+TEST(HostTest, CarriesASessionBothWaysAndWritesTheSameTraceForTheSameSeed) {
     const auto traceOf = [](std::uint64_t seed) {
         TwoAnalysts both(seed);
         both.begin();
+        both.goOn();
+        both.time.runFor(Seconds(30));
+        const auto bensTimeline = both.ben.host.timelines().frontTimeline();
+        EXPECT_NE(bensTimeline->findRowNamed("Corner"), nullptr);
+        EXPECT_NE(both.annsTimeline->findRowNamed("Goal"), nullptr);
+        EXPECT_EQ(both.annsExecution.wrongThreadCount() + both.bensExecution.wrongThreadCount(), 0U);
+
+        both.ann.component->endRemoteCodingSession(both.annsTimeline->uniqueId());
+        both.ben.component->exitRemoteCodingSession(bensTimeline->uniqueId());
         both.time.runFor(Seconds(20));
+        EXPECT_EQ(both.ann.host.unfinishedTasks() + both.ben.host.unfinishedTasks(), 0U);
         return both.trace.text();
     };
 
@@ -139,48 +123,20 @@ TEST(HostTest, WritesTheSameTraceForTheSameSeed) {
 
 /// Above all for the sanitizers: whatever is under way when the hosts go is let go of, and nobody reaches for what is gone.
 TEST(HostTest, GoesAtAnyMomentWithoutLeaksOrLateCalls) {
-    std::uint64_t jobsOfWholeRun = 0;
-    {
-        TwoAnalysts both(5);
-        both.begin();
-        both.goOn();
-        both.time.runFor(Seconds(30));
-        jobsOfWholeRun = both.time.jobCount();
-        const auto bensTimeline = both.ben.host.timelines().frontTimeline();
-        ASSERT_NE(bensTimeline, nullptr);
-        EXPECT_NE(bensTimeline->findRowNamed("Corner"), nullptr);
-        EXPECT_NE(both.annsTimeline->findRowNamed("Goal"), nullptr);
-    }
-    for (std::uint64_t jobs = 0; jobs < jobsOfWholeRun; ++jobs) {
+    bool isOver = false;
+    for (std::uint64_t jobs = 0; !isOver; ++jobs) {
         std::weak_ptr<RemoteCodingComponent> watched;
         {
             TwoAnalysts both(5);
             both.begin();
             both.goOn();
-            while (both.time.jobCount() < jobs) {
-                both.time.runOne();
+            while (!isOver && both.time.jobCount() < jobs) {
+                isOver = !both.time.runOne() || both.time.now() > Seconds(30);
             }
             watched = both.ann.component;
         }
         ASSERT_TRUE(watched.expired()) << "after " << jobs << " jobs";
     }
-}
-
-TEST(HostTest, LeavesTheOthersRunningWhenOneHostGoes) {
-    TwoAnalysts both(1);
-    auto cleosExecution = std::make_unique<VirtualExecution>(both.time, "Cleo", &both.trace);
-    auto cleo = std::make_unique<Analyst>("Cleo", *cleosExecution, both.cloud, both.trace);
-    both.begin();
-    both.time.runFor(Seconds(5));
-    cleo->join(both.cloud.primarySessionOf(videoId));
-    both.time.runFor(Seconds(3.1));
-
-    cleo.reset();
-    cleosExecution.reset();
-    both.annsTimeline->addInstance(both.annsTimeline->findRowNamed("Attack")->uniqueId(), 5, 6);
-    both.time.runFor(Seconds(10));
-
-    EXPECT_EQ(both.ben.host.timelines().frontTimeline()->findRowNamed("Attack")->numberOfInstances(), 2);
 }
 
 TEST(HostTest, RunsOnThreadsInRealTime) {
@@ -192,36 +148,14 @@ TEST(HostTest, RunsOnThreadsInRealTime) {
     RealExecution execution(loop, pool, scheduler, "Ann", &trace);
     Analyst ann("Ann", execution, cloud, trace);
 
-    const auto timeline = ann.startSession();
-    const auto remoteMoments = [&]() -> std::size_t {
+    (void)ann.startSession();
+    const auto isInTheCloud = [&] {
         const auto session = cloud.primarySessionOf(videoId);
-        return session ? cloud.snapshot(*session)->moments.size() : 0;
+        return session && cloud.snapshot(*session)->moments.size() == 1;
     };
-    EXPECT_TRUE(loop.runUntil([&] { return remoteMoments() == 1; }, Seconds(60)));
+    EXPECT_TRUE(loop.runUntil(isInTheCloud, Seconds(60)));
     // In the middle of whatever is under way, the destructors take everything down.
     EXPECT_EQ(execution.wrongThreadCount(), 0U);
-}
-
-TEST(HostTest, SignsInAndOutAndCaptures) {
-    TwoAnalysts both(1);
-    Host& host = both.ann.host;
-    RemoteCoding::HostEnvironment& environment = host.environment();
-
-    EXPECT_EQ(environment.account.user()->id, "Ann");
-    host.signOut();
-    EXPECT_FALSE(environment.account.user().has_value());
-
-    const auto capture = environment.componentLocator.captureComponent();
-    const auto timelines = environment.componentLocator.timelineComponent();
-    const auto timeline = host.startCapture("Match");
-    EXPECT_TRUE(capture->isCapturing());
-    EXPECT_EQ(timelines->capturingTimeline(), timeline);
-    host.stopCapture();
-    EXPECT_FALSE(capture->isCapturing());
-    EXPECT_EQ(timelines->capturingTimeline(), nullptr);
-    EXPECT_EQ(timelines->timelineWith(timeline->uniqueId()), timeline);
-    EXPECT_TRUE(host.closeTimeline(timeline->uniqueId()));
-    EXPECT_EQ(timelines->timelineWith(timeline->uniqueId()), nullptr);
 }
 
 }  // namespace
