@@ -60,12 +60,5 @@ TEST(OptionsTests, SaysWhatIsWrongWithACommandLine) {
     }
 }
 
-TEST(OptionsTests, TheHelpNamesEveryOption) {
-    for (const char* option : {"--events", "--analysts", "--speed", "--seed", "--drop-link[=WHO]",
-                               "--no-drop-link", "--log", "--plain", "--help"}) {
-        EXPECT_THAT(helpText(), testing::HasSubstr(std::string("\n  ") + option));
-    }
-}
-
 }  // namespace
 }  // namespace CodingDesk

@@ -1,26 +1,8 @@
 #include "ReferenceHost/Cloud/CloudMomentItem.hpp"
 #include "Tests/Services/SynchroniserTest.hpp"
 
-#include <stdexcept>
-
 namespace RemoteCoding {
 namespace {
-
-/// The moment "m" on Attack, whose library does what the test says.
-struct ScriptedMoment final : MomentItem {
-    using Instance = std::shared_ptr<TimelineInstanceProtocol>;
-    explicit ScriptedMoment(std::function<Instance()> work_) : work(std::move(work_)) {}
-    const std::string& identifier() const override { return id; }
-    const std::string& code() const override { return rowName; }
-    Instance appendToTimeline(const std::shared_ptr<TimelineProtocol>&) const override { return work(); }
-    Instance updateOnTimeline(const std::shared_ptr<TimelineProtocol>&, const std::string&,
-                              const std::string&) const override {
-        return work();
-    }
-    std::string id = "m";
-    std::string rowName = "Attack";
-    std::function<Instance()> work;
-};
 
 class RemoteChangesTest : public SynchroniserTest {
 protected:
@@ -119,10 +101,10 @@ TEST_F(RemoteChangesTest, EventsThatCannotBeAppliedAreLoggedAndLeaveTheCountAlon
     // An unknown event counts as applied, after the pending edit was sent on its way.
     trace.clear();
     ann().deliver(Type::unknown, {});
+    const std::string first =
+        "Uploading local timeline updates before applying timeline update from subscription";
     EXPECT_EQ(log(ann()),
-              Strings({"info Received timeline update. ChangeType=unknown",
-                       "info Uploading local timeline updates before applying timeline update from "
-                       "subscription",
+              Strings({"info Received timeline update. ChangeType=unknown", "info " + first,
                        "info Uploading all local timeline updates",
                        "error Unknown change type for tagging session update||"
                        "updateTimelineForChangeType(_:changeType:moments:presentationViewItem:)"}));
@@ -161,47 +143,29 @@ TEST_F(RemoteChangesTest, PendingEditsAreSentOnTheirWayAndTheEventDoesNotWaitFor
     EXPECT_EQ(complaints(ann()), Strings());
 }
 
-TEST_F(RemoteChangesTest, AHundredThousandEventsBehindASlowPullAreAppliedInTheirOrder) {
+TEST_F(RemoteChangesTest, AHundredThousandEventsBehindASlowPullAreAllAppliedAfterIt) {
     add("Ben").faultNext(Operation::fetchTaggingSessions, Kind::none, 10);
     ben().start(sessionId());
     runFor(1);
     trace.setRecording(false);
-    // Three kinds of events that have to come in turns.
-    int next = 0;
-    bool inOrder = true;
-    TaggingSessionMoments moments;
-    for (int kind = 0; kind < 3; ++kind) {
-        moments.push_back(std::make_shared<ScriptedMoment>([&, kind] {
-            inOrder = inOrder && next++ % 3 == kind;
-            return nullptr;
-        }));
+    const TaggingSessionMoments moments{moment("m", "Attack")};
+    for (int i = 0; i < 100'000; ++i) {
+        ben().deliver(Type::momentsDeleted, moments);
     }
-    ben().deliver(Type::momentsAdded, {moment("m", "Attack")});
-    for (std::size_t i = 0; i < 100'000; ++i) {
-        ben().deliver(Type::momentsUpdated, {moments[i % 3]});
-    }
-    EXPECT_EQ(next, 0);
+    ben().deliver(Type::momentsAdded, moments);
+    EXPECT_FALSE(ben().row("Attack"));
     runFor(15);
-    EXPECT_TRUE(inOrder);
-    EXPECT_EQ(next, 100'000);
+    ASSERT_TRUE(ben().row("Attack"));
+    EXPECT_EQ(ben().row("Attack")->numberOfInstances(), 1);
     trace.setRecording(true);
-    settle();
 }
 
-TEST_F(RemoteChangesTest, AMomentThatFailsDoesNotTakeTheOthersOfItsBatchWithIt) {
-    const auto failing = std::make_shared<ScriptedMoment>(
-        []() -> ScriptedMoment::Instance { throw std::runtime_error("no such luck"); });
-    ann().deliver(Type::momentsAdded, {moment("a", "Attack"), nullptr, failing, moment("b", "Attack", 3, 4)});
-    EXPECT_EQ(ann().row("Attack")->numberOfInstances(), 2);
-    EXPECT_EQ(complaints(ann()), Strings({"error The host failed unexpectedly|no such luck|"
-                                          "addNewMomentsToTimeline(timeline:moments:)"}));
-
-    // A moment that the library cannot place is left as it made it, and not recorded.
+TEST_F(RemoteChangesTest, AMomentThatCannotBePlacedIsNotRecordedAndTheOthersOfItsBatchAreApplied) {
     auto rules = cloud.rules();
     rules.missingRowIsMade = false;
     cloud.setRules(rules);
-    ann().deliver(Type::momentsAdded, {moment("c", "Nowhere"), moment("d", "Attack", 5, 6)});
-    EXPECT_EQ(complaints(ann()).back(), "error No row found||addNewMomentsToTimeline(timeline:moments:)");
+    ann().deliver(Type::momentsAdded, {moment("c", "Nowhere"), nullptr, moment("d", "Attack", 5, 6)});
+    EXPECT_EQ(complaints(ann()), Strings({"error No row found||addNewMomentsToTimeline(timeline:moments:)"}));
     EXPECT_FALSE(ann().service->momentCache().instanceId("c"));
     EXPECT_TRUE(ann().service->momentCache().instanceId("d"));
     expectApplied();

@@ -1,26 +1,27 @@
 #include "Tests/Services/SynchroniserTest.hpp"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
+#include <set>
 #include <sstream>
 
 namespace RemoteCoding {
 
 namespace {
 
-std::string clipText(double start, double end, const std::string& momentId, const std::string& notes) {
+const std::vector<ReferenceHost::CodeRecord> noCodes;
+
+std::string clipText(const ReferenceHost::ClipValues& clip, const std::string& momentId) {
     std::ostringstream text;
-    text << ' ' << start << '-' << end << '/' << momentId << notes;
+    text << ' ' << clip.startTime << '-' << clip.endTime << '/' << momentId << clip.notes;
     return text.str();
 }
 
-std::string rowText(const std::string& name, Base::Color color, Strings clips) {
+std::string rowText(const std::string& name, Base::Color color, const std::multiset<std::string>& clips) {
     std::ostringstream text;
     text << name << '(' << int{color.red} << ',' << int{color.green} << ',' << int{color.blue} << "):";
-    std::ranges::sort(clips);
-    for (const auto& clip : clips) {
-        text << clip;
-    }
+    std::ranges::copy(clips, std::ostream_iterator<std::string>(text));
     return text.str() + '\n';
 }
 
@@ -59,12 +60,11 @@ std::string pictureOf(const ReferenceHost::Timeline& timeline) {
     std::string text;
     const RowList rows = timeline.allRows();
     for (const auto& row : *rows) {
-        Strings clips;
+        std::multiset<std::string> clips;
         const InstanceList instances = row->allInstances();
         for (const auto& instance : *instances) {
-            const auto clip = timeline.findInstance(instance->uniqueId())->values();
-            clips.push_back(clipText(clip.startTime, clip.endTime, instance->externalId().value_or("unsent"),
-                                     clip.notes));
+            clips.insert(clipText(timeline.findInstance(instance->uniqueId())->values(),
+                                  instance->externalId().value_or("unsent")));
         }
         text += rowText(row->name(), row->color(), clips);
     }
@@ -72,15 +72,12 @@ std::string pictureOf(const ReferenceHost::Timeline& timeline) {
 }
 
 std::string pictureOf(const ReferenceHost::TaggingSessionRecord& session) {
-    if (!session.presentationView) {
-        return "no rows\n";
-    }
     std::string text;
-    for (const auto& code : *session.presentationView) {
-        Strings clips;
+    for (const auto& code : session.presentationView ? *session.presentationView : noCodes) {
+        std::multiset<std::string> clips;
         for (const auto& moment : session.moments) {
             if (moment->code == code.name) {
-                clips.push_back(clipText(moment->start, moment->end, moment->id, moment->notes));
+                clips.insert(clipText({moment->start, moment->end, moment->notes}, moment->id));
             }
         }
         text += rowText(code.name, code.color, clips);

@@ -24,7 +24,6 @@ using Kind = ReferenceHost::Fault::Kind;
 using Type = TaggingSessionChangeType;
 using TaggingSessionMoments = std::vector<std::shared_ptr<const MomentItem>>;
 
-/// What the cloud says of a call that fails on demand.
 inline const std::string requestFailed = "The cloud service could not carry out the request.";
 
 /// Answers as the test says, and hands out handles that count.
