@@ -1,18 +1,13 @@
 #include "Base/Await.hpp"
 #include "Base/Error.hpp"
-#include "Base/MainThreadDeleter.hpp"
 #include "Base/TaskScope.hpp"
-#include "ReferenceHost/Execution/RealExecution.hpp"
-#include "ReferenceHost/Execution/RealScheduler.hpp"
 #include "ReferenceHost/Execution/VirtualExecution.hpp"
 #include "ReferenceHost/Execution/VirtualTime.hpp"
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <stdexcept>
 #include <string>
-#include <thread>
 
 namespace {
 
@@ -143,38 +138,6 @@ TEST_F(TaskTest, DroppingDestroysWaitingTasksAndLateAnswersFindNothing) {
     start(Home::mainThread, awaitAnswer([](Completion<int> done) { done(1); }, outcome));
     EXPECT_TRUE(time.runUntilIdle(1s));
     EXPECT_EQ(*outcome, "");
-}
-
-struct DestroyedOn {
-    explicit DestroyedOn(std::atomic<std::thread::id>& thread) : thread_(thread) {}
-    ~DestroyedOn() { thread_ = std::this_thread::get_id(); }
-    std::atomic<std::thread::id>& thread_;
-};
-
-// Many tasks and answers on real threads; meant for the thread sanitizer.
-TEST(TaskOnRealThreads, ParentAndChildMeetAndTheLastReferenceGoesOnTheMainThread) {
-    ReferenceHost::RealScheduler scheduler;
-    ReferenceHost::WorkerPool pool(3);
-    ReferenceHost::RunLoop loop;
-    ReferenceHost::RealExecution execution(loop, pool, scheduler);
-    TaskScope scope;
-    std::vector<std::shared_ptr<int>> sums;
-    for (int i = 0; i < 50; ++i) {
-        sums.push_back(std::make_shared<int>(0));
-        scope.start(execution, i % 2 == 0 ? Home::background : Home::mainThread,
-                    addUp(&execution, 10, 40, sums.back()), {});
-    }
-    std::atomic<std::thread::id> destroyedOn;
-    {
-        const std::shared_ptr<DestroyedOn> object(new DestroyedOn(destroyedOn), MainThreadDeleter(execution));
-        pool.post([object] {});
-    }
-    EXPECT_TRUE(
-        loop.runUntil([&] { return scope.count() == 0 && destroyedOn.load() != std::thread::id(); }, 60s));
-    for (const auto& sum : sums) {
-        EXPECT_EQ(*sum, 50);
-    }
-    EXPECT_EQ(destroyedOn.load(), std::this_thread::get_id());
 }
 
 }  // namespace

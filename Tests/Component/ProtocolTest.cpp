@@ -75,25 +75,5 @@ TEST_F(ProtocolTest, CallersOnAnotherThreadAreReported) {
     expectedWrongThreads_ = 1;
 }
 
-TEST_F(ProtocolTest, ASessionWhoseSynchroniserCannotBeMadeCanStillBeEnded) {
-    struct FaultyUserDefaults final : UserDefaultsProtocol {
-        std::optional<bool> boolForKey(const std::string&) const override {
-            throw std::runtime_error("user defaults");
-        }
-    } userDefaults;
-    auto& host = host_.environment();
-    HostEnvironment environment{host.execution,     host.componentLocator, host.notificationCenter,
-                                userDefaults,       host.logManager,       host.account,
-                                host.graphQLClient, host.syncLibrary,      host.uuids};
-    component_ = RemoteCodingComponent::make(environment);
-    const auto timeline = this->host();
-    EXPECT_THAT(errors(), ElementsAre("The host failed unexpectedly: user defaults"));
-    EXPECT_TRUE(component_->hasActiveSession(timeline->uniqueId()));
-    component_->endRemoteCodingSession(timeline->uniqueId());
-    EXPECT_FALSE(statusOf(timeline));
-    settle();
-    component_.reset();
-}
-
 }  // namespace
 }  // namespace RemoteCoding

@@ -11,7 +11,6 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace {
@@ -157,29 +156,6 @@ TEST_F(MomentCacheTest, RowsAreRememberedAsTheyWereWhenCached) {
     EXPECT_FALSE(cache_.uploadedRow(row_->uniqueId()));
     EXPECT_EQ(cache_.uploadedRow(other->uniqueId())->name, "Shot");
     EXPECT_THAT(errors(), IsEmpty());
-}
-
-/// A log that asks the cache, as a host's log window may do indirectly by waiting for a thread that does.
-class AskingLog : public RemoteCoding::LogManagerProtocol {
-public:
-    void logInfo(std::string_view /*message*/) override {}
-    void logWarn(std::string_view /*message*/) override {}
-    void logError(std::string_view /*message*/, std::string_view /*detail*/, std::string_view /*file*/,
-                  std::string_view /*function*/, std::uint_least32_t /*line*/) override {
-        std::thread([this] { answers.push_back(cache.hasDeletedMoment("id")); }).join();
-    }
-    void logUsage(std::string_view /*functionName*/, RemoteCoding::LogOpName /*operation*/,
-                  const RemoteCoding::UsageAttributes& /*attributes*/) override {}
-
-    MomentCache cache{*this};
-    std::vector<bool> answers;
-};
-
-TEST_F(MomentCacheTest, LogsOnlyAfterItHasLetGoOfItsLock) {
-    AskingLog log;
-    log.cache.deleteMoments("unknown");
-    log.cache.cacheInstances(addClip(std::nullopt));
-    EXPECT_EQ(log.answers.size(), 2U);
 }
 
 TEST(SourceName, IsTheFilesPathInTheRepositoryUpToItsFirstDot) {

@@ -22,19 +22,6 @@ TEST_F(ChangeDetectionTest, OnlyChangesOfItsOwnTimelineMakeItWork) {
     EXPECT_EQ(log(ann()), Strings());
 }
 
-TEST_F(ChangeDetectionTest, ABurstOfEditsIsSentInFewPassesAndItsLastEditWithoutAFurtherOne) {
-    startAnn({"Attack"});
-    for (int i = 0; i < 300; ++i) {
-        ann().tag("Attack", i, i + 1);
-        runFor(0.01);
-    }
-    runFor(1.5);
-    EXPECT_EQ(remote().moments.size(), 300U);
-    EXPECT_LE(std::ranges::count(blocks(ann()), "upload"), 4);
-    settle();
-    expectAllEqual();
-}
-
 TEST_F(ChangeDetectionTest, ClipsAreSentAsNewUpdatedOrDeletedByWhatTheCloudKnows) {
     startAnn({"Attack"});
     const auto deleted = ann().tag("Attack", 1, 2);

@@ -1,5 +1,3 @@
-#include "Base/Error.hpp"
-#include "ReferenceHost/LogManager.hpp"
 #include "Tests/Services/SynchroniserTest.hpp"
 
 #include <algorithm>
@@ -68,8 +66,14 @@ TEST_F(SubscriptionTest, AfterAFailureItCatchesUpInBothDirectionsAndSubscribesAg
                               "TaggingSessionId=session-1, TimelineId=" +
                                   ben().timeline->uniqueId()}));
     EXPECT_EQ(cloudCalls(ben()), Strings({"createMoments", "fetchTaggingSessions", opening}));
-    EXPECT_EQ(ben().client().numberOfUncancelledSubscriptions(), 1U);
     expectAllEqual();
+
+    // Subscribing again cancels what was held.
+    ben().execution.postToBackground(
+        [this] { ben().service->subscribeToTaggingSessionUpdates(ben().timeline->uniqueId()); });
+    runFor(1);
+    EXPECT_EQ(ben().client().numberOfUncancelledSubscriptions(), 1U);
+    EXPECT_TRUE(ben().status().receivesChanges);
 
     // An attempt whose upload fails does not pull.
     trace.clear();
@@ -220,51 +224,6 @@ TEST_F(SubscriptionTest, TheLastReferenceMayGoInTheBackground) {
     cleo.execution.postToBackground([service = std::exchange(cleo.service, nullptr)] {});
     runFor(5);
     EXPECT_EQ(destroyedOnMainThread, true);
-}
-
-TEST(TaggingSessionSubscriptionTest, HoldsOneHandleAndCancelsWhateverItDoesNotHold) {
-    Strings lines;
-    ReferenceHost::LogManager logManager(
-        "", nullptr, [&](ReferenceHost::LogLevel, std::string_view line) { lines.emplace_back(line); });
-    const auto client = std::make_shared<ScriptedClient>();
-    const auto cancellations = [&] {
-        std::string text;
-        for (const auto& handle : client->handles) {
-            text += std::to_string(handle->cancelled);
-        }
-        return text;
-    };
-    {
-        TaggingSessionSubscription subscription(client, logManager);
-        const auto subscribe = [&] {
-            subscription.subscribe("session", "timeline", {},
-                                   [&](const std::exception_ptr&) { subscription.unsubscribe(); });
-        };
-        subscribe();
-        subscribe();
-        EXPECT_TRUE(subscription.isSubscribed());
-        EXPECT_EQ(cancellations(), "10");
-
-        // It fails before the handle is there: the handle that comes afterwards is of no use.
-        client->meanwhile = [](const auto& failed) {
-            failed(std::make_exception_ptr(Base::DescribedError("It is raining.")));
-        };
-        subscribe();
-        EXPECT_EQ(lines.back(), "Error while listening for tagging session changes. Error=It is raining.");
-        EXPECT_FALSE(subscription.isSubscribed());
-        EXPECT_EQ(cancellations(), "111");
-
-        // Two that overtake each other: one stays, and it is the later one.
-        client->meanwhile = [&](const auto&) { subscribe(); };
-        subscribe();
-        EXPECT_EQ(cancellations(), "11110");
-        client->meanwhile = [&](const auto&) { subscription.close(); };
-        subscribe();
-        subscribe();
-        EXPECT_EQ(cancellations(), "111111");
-    }
-    TaggingSessionSubscription(client, logManager).subscribe("session", "timeline", {}, {});
-    EXPECT_EQ(cancellations(), "1111111");
 }
 
 }  // namespace

@@ -26,12 +26,8 @@ using TaggingSessionMoments = std::vector<std::shared_ptr<const MomentItem>>;
 
 inline const std::string requestFailed = "The cloud service could not carry out the request.";
 
-/// Answers as the test says, and hands out handles that count.
+/// Answers each fetch as the test says; nothing comes of its subscriptions.
 struct ScriptedClient final : GraphQLTaggingSessionProtocol {
-    struct Handle final : SubscriptionHandle {
-        void cancel() override { ++cancelled; }
-        int cancelled = 0;
-    };
     void fetchTaggingSessions(const std::string&, const std::string&,
                               const std::optional<FetchTaggingSessionsOptions>&,
                               Base::Completion<std::vector<TaggingSessionItem>> done) override {
@@ -39,14 +35,10 @@ struct ScriptedClient final : GraphQLTaggingSessionProtocol {
     }
     std::shared_ptr<SubscriptionHandle> subscribeToTaggingSessionChanges(const std::string&,
                                                                          const std::string&, ChangeHandler,
-                                                                         ErrorHandler failed) override {
-        auto handle = handles.emplace_back(std::make_shared<Handle>());
-        std::exchange(meanwhile, [](const auto&) {})(failed);
-        return handle;
+                                                                         ErrorHandler) override {
+        return nullptr;
     }
     std::vector<TaggingSessionItem> sessions;
-    std::vector<std::shared_ptr<Handle>> handles;
-    std::function<void(const ErrorHandler&)> meanwhile = [](const auto&) {};  ///< once, while one is opened
 };
 
 /// One analyst with one timeline and, once started, its synchroniser.
