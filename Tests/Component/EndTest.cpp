@@ -154,8 +154,13 @@ TEST_F(EndSharedTest, ACollaboratorIsSynchronisedWithTheGivenTaggingSessionUntil
     ASSERT_TRUE(status);
     EXPECT_TRUE(status->isSettled());
 
+    updates_.clear();
+    join();
+    runFor(1);
     component_.reset();
+    host_.closeTimeline(host_.timelines().frontTimeline()->uniqueId());
     settle();
+    EXPECT_THAT(updates_, IsEmpty());
     EXPECT_EQ(host_.unfinishedTasks(), 0U);
     EXPECT_EQ(host_.cloudClient().numberOfUncancelledSubscriptions(), 0U);
 }

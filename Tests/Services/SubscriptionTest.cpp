@@ -214,11 +214,10 @@ TEST_F(SubscriptionTest, TheEndOfASessionSendsTheLastEditsAtOnceAndNothingKeepsT
 TEST_F(SubscriptionTest, TheLastReferenceMayGoInTheBackground) {
     std::optional<bool> destroyedOnMainThread;
     Analyst& cleo = add("Cleo");
-    const auto released = [&](ScriptedClient* client) {
-        destroyedOnMainThread = cleo.execution.isMainThread();
-        delete client;
-    };
-    cleo.start(sessionId(), std::shared_ptr<ScriptedClient>(new ScriptedClient, released));
+    cleo.graphQLClient = std::shared_ptr<GraphQLTaggingSessionProtocol>(
+        cleo.graphQLClient.get(), [&](auto*) { destroyedOnMainThread = cleo.execution.isMainThread(); });
+    cleo.start(sessionId());
+    cleo.graphQLClient.reset();
     runFor(5);
     cleo.service->cancelSyncing();
     cleo.execution.postToBackground([service = std::exchange(cleo.service, nullptr)] {});

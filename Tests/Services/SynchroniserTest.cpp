@@ -41,13 +41,11 @@ Analyst::~Analyst() {
     service.reset();
 }
 
-void Analyst::start(std::optional<std::string> taggingSessionId,
-                    std::shared_ptr<GraphQLTaggingSessionProtocol> graphQLClient) {
+void Analyst::start(std::optional<std::string> taggingSessionId, std::string video) {
     auto& environment = host.environment();
-    service = TimelineUploadService::make(
-        environment, timeline->uniqueId(), "team", "user", "video", std::move(taggingSessionId),
-        environment.syncLibrary.makeTaggingSessionService(),
-        graphQLClient ? std::move(graphQLClient) : environment.graphQLClient);
+    service = TimelineUploadService::make(environment, timeline->uniqueId(), "team", "user", std::move(video),
+                                          std::move(taggingSessionId),
+                                          environment.syncLibrary.makeTaggingSessionService(), graphQLClient);
 }
 
 void Analyst::holdBackEvents(double seconds) {

@@ -26,30 +26,14 @@ using TaggingSessionMoments = std::vector<std::shared_ptr<const MomentItem>>;
 
 inline const std::string requestFailed = "The cloud service could not carry out the request.";
 
-/// Answers each fetch as the test says; nothing comes of its subscriptions.
-struct ScriptedClient final : GraphQLTaggingSessionProtocol {
-    void fetchTaggingSessions(const std::string&, const std::string&,
-                              const std::optional<FetchTaggingSessionsOptions>&,
-                              Base::Completion<std::vector<TaggingSessionItem>> done) override {
-        done(sessions);
-    }
-    std::shared_ptr<SubscriptionHandle> subscribeToTaggingSessionChanges(const std::string&,
-                                                                         const std::string&, ChangeHandler,
-                                                                         ErrorHandler) override {
-        return nullptr;
-    }
-    std::vector<TaggingSessionItem> sessions;
-};
-
 /// One analyst with one timeline and, once started, its synchroniser.
 struct Analyst {
     Analyst(const std::string& name, ReferenceHost::VirtualTime& time, ReferenceHost::CloudService& cloud,
             ReferenceHost::Trace& trace);
     ~Analyst();
 
-    /// Starts synchronising with the session, or with one that it creates; through its host's client if none is given.
-    void start(std::optional<std::string> taggingSessionId = std::nullopt,
-               std::shared_ptr<GraphQLTaggingSessionProtocol> graphQLClient = nullptr);
+    /// Starts synchronising with the session, or with one that it creates.
+    void start(std::optional<std::string> taggingSessionId = std::nullopt, std::string video = "video");
 
     std::shared_ptr<ReferenceHost::TimelineInstance> tag(const std::string& rowName, double from, double to) {
         return timeline->addInstance(row(rowName)->uniqueId(), from, to);
@@ -79,6 +63,7 @@ struct Analyst {
 
     ReferenceHost::VirtualExecution execution;
     ReferenceHost::Host host;
+    std::shared_ptr<GraphQLTaggingSessionProtocol> graphQLClient = host.environment().graphQLClient;
     std::shared_ptr<ReferenceHost::Timeline> timeline;
     std::shared_ptr<TimelineUploadService> service;
 };
