@@ -4,18 +4,13 @@
 
 #include <limits>
 
-/// The contract of `RemoteCoding::CodingTarget` as tests for any host. Include this header in one source file
-/// of a test program, derive a `TimelineFixture`, and instantiate `TimelineContract` with the hosts to test
-/// and `codingTargetCases()`.
+/// The contract of `RemoteCoding::CodingTarget` as tests for any host: more cases of `TimelineContract`.
 namespace HostContract {
 
-namespace CodingTargetCases {
+inline constexpr auto farPastTheEnd = std::numeric_limits<std::int64_t>::max();
+inline constexpr auto farBeforeTheStart = std::numeric_limits<std::int64_t>::min();
 
-using Indexes = std::vector<std::int64_t>;
-constexpr auto farPastTheEnd = std::numeric_limits<std::int64_t>::max();
-constexpr auto farBeforeTheStart = std::numeric_limits<std::int64_t>::min();
-
-inline void renamesRecoloursAndRemoves(TimelineFixture& host) {
+inline const TimelineCase targetEdits("TheTargetRenamesRecoloursAndRemoves", [](TimelineFixture& host) {
     const auto first = host.addRow("Shot", red);
     const auto second = host.addRow("Pass", red);
     const auto clip = host.addInstance(first, 1.0, 2.0);
@@ -41,41 +36,43 @@ inline void renamesRecoloursAndRemoves(TimelineFixture& host) {
     EXPECT_EQ(rowIds(host), (Ids{second}));
     EXPECT_EQ(changes->deletedRowIds(), (Ids{first}));
     EXPECT_EQ(changes->deletedInstanceIds(), (Ids{left}));
-}
+});
 
-inline void insertsARowAtAnIndexAndReportsIt(TimelineFixture& host) {
-    const auto target = host.timeline()->codingTarget();
-    std::vector<std::shared_ptr<TimelineRowProtocol>> reported;
-    const auto insert = [&](const char* name, std::int64_t at) {
-        expectChange(host, name, [&] {
-            target->insertRowWithName(name, green, at, [&](auto row) { reported.push_back(std::move(row)); });
-        });
-    };
-    insert("middle", 0);
-    insert("", 0);
-    insert("Eckstoß ⚽", 2);
-    insert("Eckstoß ⚽", farPastTheEnd);
-    insert("second", 1);
-    target->insertRowWithName("unreported", red, 5, nullptr);
-    host.runMainJobs();
+inline const TimelineCase
+    targetInserts("TheTargetInsertsARowAtAnIndexAndReportsIt", [](TimelineFixture& host) {
+        const auto target = host.timeline()->codingTarget();
+        std::vector<std::shared_ptr<TimelineRowProtocol>> reported;
+        const auto insert = [&](const char* name, std::int64_t at) {
+            expectChange(host, name, [&] {
+                target->insertRowWithName(name, green, at,
+                                          [&](auto row) { reported.push_back(std::move(row)); });
+            });
+        };
+        insert("middle", 0);
+        insert("", 0);
+        insert("Eckstoß ⚽", 2);
+        insert("Eckstoß ⚽", farPastTheEnd);
+        insert("second", 1);
+        target->insertRowWithName("unreported", red, 5, nullptr);
+        host.runMainJobs();
 
-    Ids names;
-    const auto rows = host.timeline()->allRows();
-    for (const auto& row : *rows) {
-        names.push_back(row->name());
-        EXPECT_EQ(row->color(), row->name() == "unreported" ? red : green);
-    }
-    EXPECT_EQ(names, (Ids{"", "second", "middle", "Eckstoß ⚽", "Eckstoß ⚽", "unreported"}));
-    ASSERT_EQ(reported.size(), 5U) << "each once";
-    EXPECT_EQ(reported[2], rows->at(3)) << "the row itself, in the order of insertion";
-}
+        Ids names;
+        const auto rows = host.timeline()->allRows();
+        for (const auto& row : *rows) {
+            names.push_back(row->name());
+            EXPECT_EQ(row->color(), row->name() == "unreported" ? red : green);
+        }
+        EXPECT_EQ(names, (Ids{"", "second", "middle", "Eckstoß ⚽", "Eckstoß ⚽", "unreported"}));
+        ASSERT_EQ(reported.size(), 5U) << "each once";
+        EXPECT_EQ(reported[2], rows->at(3)) << "the row itself, in the order of insertion";
+    });
 
-inline void movesRowsToAnIndex(TimelineFixture& host) {
+inline const TimelineCase targetMoves("TheTargetMovesRowsToAnIndex", [](TimelineFixture& host) {
     const auto a = host.addRow("a", red);
     const auto b = host.addRow("b", red);
     const auto c = host.addRow("c", red);
     const auto d = host.addRow("d", red);
-    const auto move = [&](const Indexes& from, std::int64_t to) {
+    const auto move = [&](const std::vector<std::int64_t>& from, std::int64_t to) {
         const Ids before = rowIds(host);
         const auto changes = expectChange(
             host, "moving", [&] { host.timeline()->codingTarget()->rearrangeRowsFrom(from, to); });
@@ -91,43 +88,29 @@ inline void movesRowsToAnIndex(TimelineFixture& host) {
     EXPECT_EQ(move({2}, 0), (Ids{c, a, b, d})) << "upwards";
     EXPECT_EQ(move({0}, 3), (Ids{a, b, d, c})) << "downwards: the index is that of the result";
     EXPECT_EQ(move({0, 1}, farPastTheEnd), (Ids{d, c, a, b})) << "several keep their order";
-}
+});
 
-inline void whatChangesNothingOrDoesNotExistIsIgnored(TimelineFixture& host) {
-    const auto row = host.addRow("Shot", red);
-    const auto other = host.addRow("Pass", red);
-    const auto clip = host.addInstance(row, 1.0, 2.0);
-    const auto target = host.timeline()->codingTarget();
+inline const TimelineCase
+    targetIgnores("TheTargetIgnoresWhatChangesNothingOrDoesNotExist", [](TimelineFixture& host) {
+        const auto row = host.addRow("Shot", red);
+        const auto other = host.addRow("Pass", red);
+        const auto clip = host.addInstance(row, 1.0, 2.0);
+        const auto target = host.timeline()->codingTarget();
 
-    expectNoChange(host, "none of these", [&] {
-        target->setRowNameWithRowNum(rowWithId(*host.timeline(), row)->rowNum(), "Shot");
-        target->setRowNameWithRowNum(farPastTheEnd, "Goal");
-        target->setRowNameWithRowNum(farBeforeTheStart, "Goal");
-        target->setRowColorWithRowId(row, red);
-        target->setRowColorWithRowId("nobody", green);
-        target->rearrangeRowsFrom({0}, 0);
-        target->rearrangeRowsFrom({1}, farPastTheEnd);
-        target->rearrangeRowsFrom({}, 0);
-        target->rearrangeRowsFrom({farBeforeTheStart, 2, farPastTheEnd}, 0);
-        target->removeRowWithRowId("");
-        target->removeInstanceWithRowId(row, "nobody");
-        target->removeInstanceWithRowId(other, clip);
-        target->removeInstanceWithRowId("nobody", clip);
+        expectNoChange(host, "none of these", [&] {
+            target->setRowNameWithRowNum(rowWithId(*host.timeline(), row)->rowNum(), "Shot");
+            target->setRowNameWithRowNum(farPastTheEnd, "Goal");
+            target->setRowNameWithRowNum(farBeforeTheStart, "Goal");
+            target->setRowColorWithRowId(row, red);
+            target->setRowColorWithRowId("nobody", green);
+            target->rearrangeRowsFrom({0}, 0);
+            target->rearrangeRowsFrom({farBeforeTheStart, 2, farPastTheEnd}, 0);
+            target->removeRowWithRowId("nobody");
+            target->removeInstanceWithRowId(row, "nobody");
+            target->removeInstanceWithRowId(other, clip);
+        });
+        EXPECT_EQ(rowIds(host), (Ids{row, other}));
+        EXPECT_NE(instanceWithId(*host.timeline(), row, clip), nullptr);
     });
-    EXPECT_EQ(rowIds(host), (Ids{row, other}));
-    EXPECT_NE(instanceWithId(*host.timeline(), row, clip), nullptr);
-}
-
-}  // namespace CodingTargetCases
-
-inline std::vector<TimelineCase> codingTargetCases() {
-    using namespace CodingTargetCases;
-    return {
-        {"RenamesRecoloursAndRemoves", renamesRecoloursAndRemoves},
-        {"InsertsARowAtAnIndexAndReportsIt", insertsARowAtAnIndexAndReportsIt},
-        {"MovesRowsToAnIndex", movesRowsToAnIndex},
-        {"WhatChangesNothingOrDoesNotExistIsIgnored", whatChangesNothingOrDoesNotExistIsIgnored},
-    };
-}
 
 }  // namespace HostContract
