@@ -45,7 +45,7 @@ public:
 /// Ownership: a posted job belongs to the host until it has run. A job that is never going to run is destroyed, on
 /// any thread.
 ///
-/// Failure: jobs of the component do not throw. An implementation takes every job until it is stopped. One that it cannot
+/// Failure: jobs of the component do not throw. An implementation takes every job until it is stopped. A job that it cannot
 /// take it refuses by throwing; the call that needed the job then fails, or is lost where there is nobody to tell.
 ///
 /// Shutdown: once the host has stopped its main loop, it destroys what is still posted, without running it, on the main

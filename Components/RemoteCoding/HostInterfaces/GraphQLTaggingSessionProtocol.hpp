@@ -40,7 +40,8 @@ public:
 
     /// Off the main thread. Opens a subscription to everything that happens to the tagging session from this
     /// client's last fetch of it on (from now on when it was not fetched): the changes of all clients, this one's
-    /// own included, in the order in which the service accepted them.
+    /// own included, in the order in which the service accepted them. An event may arrive before the answer to the write
+    /// that it tells of.
     ///
     /// Both handlers are called on the main thread, one at a time, possibly before this call has returned its handle,
     /// never after `cancel`. After an error the subscription delivers nothing more, but its handle is still to be

@@ -70,7 +70,8 @@ namespace Notifications {
 /// Posted by the host: the user's own stream changed its state. User info: "status", a `StreamingStatus`.
 inline constexpr const char* streamStatusChanged = "Notifications.streamStatusChanged";
 
-/// Posted by the component, without an object: a session was created, changed or ended. User info: "sessionDetails", a
+/// Posted by the component, without an object: a session was created, changed or ended. Updates may repeat a state or skip
+/// one that was short. User info: "sessionDetails", a
 /// `RemoteCodingSessionDetails` with the session's state at the time of the post.
 inline constexpr const char* remoteCodingSessionUpdatedNotification =
     "Notifications.remoteCodingSessionUpdatedNotification";

@@ -17,12 +17,14 @@ namespace RemoteCoding {
 
 /// Everything that a host calls. Main thread only, all of it; completions are called on the main thread, never inside
 /// the call.
+///
+/// Operations marked "Not yet" log an error that says so, and complete with a failure where they complete.
 class REMOTE_CODING_EXPORT RemoteCodingComponentProtocol : public HostObject {
 public:
-    /// Shows the window in which a session is started from a capture feed. Not while a session is hosted already.
+    /// Not yet. Shows the window in which a session is started from a capture feed. Not while a session is hosted already.
     virtual void openCreateSharingSessionWindow() = 0;
 
-    /// Shows the window in which a live session of a team is joined.
+    /// Not yet. Shows the window in which a live session of a team is joined.
     virtual void openJoinSharingSessionWindow() = 0;
 
     /// Whether the timeline has a session in which edits are shared or a stream is live.
@@ -35,7 +37,7 @@ public:
     sessionDetails(const std::string& timelineId) const = 0;
 
     /// Publishes the running capture as a session. Without a running capture or a signed-in user nothing is created and
-    /// nothing fails. The failure is the capture component's own error; nothing has been created then.
+    /// nothing fails: `sessionDetails` of the capturing timeline tells. The failure is the capture component's own error; nothing has been created then.
     virtual Base::Result<void> createNewRemoteCodingSession(
         const std::string& name, std::shared_ptr<PublishSessionProtocol> publishSession,
         const std::string& teamId, std::shared_ptr<CaptureDeviceProtocol> device) = 0;
@@ -55,19 +57,19 @@ public:
     /// Leaves the session that this user has joined, without asking.
     virtual void exitRemoteCodingSession(const std::string& timelineId) = 0;
 
-    /// Asks, in a sheet on the window, whether to end the hosted session, and does so.
+    /// Not yet. Asks, in a sheet on the window, whether to end the hosted session, and does so.
     virtual void promptEndRemoteCodingSession(std::shared_ptr<WindowProtocol> on,
                                               const std::string& timelineId) = 0;
 
-    /// Asks, in a sheet on the window, whether to leave the joined session, and does so.
+    /// Not yet. Asks, in a sheet on the window, whether to leave the joined session, and does so.
     virtual void promptExitRemoteCodingSession(std::shared_ptr<WindowProtocol> on,
                                                const std::string& timelineId) = 0;
 
-    /// The manifest URL of the video; absent when it has none or the timeline has no session.
+    /// Not yet. The manifest URL of the video; absent when it has none or the timeline has no session.
     virtual void getManifestURL(const std::string& timelineId, const std::string& videoId,
                                 Base::Completion<std::optional<std::string>> completion) = 0;
 
-    /// Told by the player of a joined session, for each fragment of the live stream that has arrived.
+    /// Not yet, this and the four below. Told by the player of a joined session, for each fragment of the live stream that has arrived.
     virtual void fragmentDownloaded(const std::string& timelineId) = 0;
     /// The player waits for fragments: with an error when something is wrong, without when the stream merely pauses.
     virtual void fragmentDownloadPaused(std::exception_ptr with, const std::string& timelineId) = 0;
@@ -75,7 +77,7 @@ public:
     virtual void fragmentDownloadDidError(std::exception_ptr error, const std::string& timelineId) = 0;
     virtual void fragmentDownloadComplete(const std::string& timelineId) = 0;
 
-    /// The playback URL of each of these streams of the video, by stream id.
+    /// Not yet. The playback URL of each of these streams of the video, by stream id.
     virtual void streamURLs(const std::string& videoId, const std::vector<std::string>& streamIds,
                             Base::Completion<std::map<std::string, std::string>> completion) = 0;
 };

@@ -47,7 +47,7 @@ public:
     /// Main thread. Bookkeeping, not an edit: it raises no `modifyCount` and posts no notification.
     virtual void setExternalId(std::optional<std::string> externalId) = 0;
 
-    /// Any thread. The row the clip is on; null when it is on none.
+    /// Any thread. The row the clip is on, or was on when it was deleted; null when there is none.
     [[nodiscard]] virtual std::shared_ptr<TimelineRowProtocol> row() const = 0;
 };
 
@@ -97,7 +97,7 @@ public:
     virtual void removeInstanceWithRowId(const std::string& rowId, const std::string& instanceId) = 0;
 };
 
-/// A timeline, or a partial timeline that holds only what changed after a certain count.
+/// A timeline, or a partial timeline that holds only what changed from a certain count on.
 class REMOTE_CODING_EXPORT TimelineProtocol : public HostObject {
 public:
     /// Any thread. Never changes.
@@ -107,7 +107,8 @@ public:
     [[nodiscard]] virtual RowList allRows() const = 0;
 
     /// Any thread. Rises by every change of rows and instances and by nothing else; an edit that changes nothing is
-    /// no change. Of a partial timeline: the count up to which it holds the changes.
+    /// no change. What a change touched is stamped with the count after it: with a count of 7, the next change makes it 8 and
+    /// stamps 8. The component asks for partial timelines from the last count it knows plus one. Of a partial timeline: the count up to which it holds the changes.
     [[nodiscard]] virtual std::int64_t modifyCount() const = 0;
 
     /// Main thread. A partial timeline of everything that was stamped with `modifyCount` or a higher count: the rows that
