@@ -19,7 +19,7 @@ TEST_F(CreateTest, WithoutACaptureOrAUserNothingIsCreatedAndNothingFails) {
     EXPECT_TRUE(create().succeeded()) << "no timeline component";
     settle();
 
-    EXPECT_FALSE(component_->hasActiveSession(timeline->uniqueId()));
+    EXPECT_FALSE(statusOf(timeline));
     EXPECT_FALSE(host_.capture().publication());
     EXPECT_THAT(updates_, IsEmpty());
     EXPECT_THAT(errors(), IsEmpty());

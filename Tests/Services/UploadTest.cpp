@@ -66,35 +66,26 @@ TEST_F(UploadTest, SendsUpdatesCreationsRemovalsAndRowsInThisOrder) {
 
 TEST_F(UploadTest, AStepThatFailsStopsTheOthersAndTheNextPassSendsTheSameRange) {
     const Strings all{"updateMoments", "createMoments", "removeMoments", "savePresentationView"};
-    struct Step {
-        Operation operation;
-        std::string warning;
-        Strings callsAfterwards;
-    };
-    const std::vector<Step> steps = {
-        {Operation::updateMoments, "warn Unable to update moments. Error=" + requestFailed, all},
-        {Operation::createMoments, "warn Unable to upload new moments. Error=" + requestFailed + ".", all},
-        // From here on the new clip has its moment, and is sent again as an updated one.
-        {Operation::removeMoments,
-         "warn Unable to delete moments. Error=" + requestFailed + ".",
-         {"updateMoments", "removeMoments", "savePresentationView"}},
-        {Operation::savePresentationView,
-         "warn Unable to upload presentation view. Error=" + requestFailed,
-         {"updateMoments", "savePresentationView"}},
-    };
-    for (std::size_t i = 0; i < steps.size(); ++i) {
+    const Operation operations[] = {Operation::updateMoments, Operation::createMoments,
+                                    Operation::removeMoments, Operation::savePresentationView};
+    const Strings warnings{"warn Unable to update moments. Error=" + requestFailed,
+                           "warn Unable to upload new moments. Error=" + requestFailed + ".",
+                           "warn Unable to delete moments. Error=" + requestFailed + ".",
+                           "warn Unable to upload presentation view. Error=" + requestFailed};
+    // From the third on the new clip has its moment, and is sent again as an updated one.
+    const std::vector<Strings> callsAfterwards{all, all, {all[0], all[2], all[3]}, {all[0], all[3]}};
+    for (std::size_t i = 0; i < all.size(); ++i) {
         SCOPED_TRACE(all[i]);
         const auto countBefore = ann().service->lastModifyCount();
-        ann().faultNext(steps[i].operation, Kind::failBeforeEffect);
+        ann().faultNext(operations[i], Kind::failBeforeEffect);
         editEverything();
         runFor(3);
         EXPECT_EQ(cloudCalls(ann()), Strings(all.begin(), all.begin() + static_cast<long>(i) + 1));
-        EXPECT_EQ(complaints(ann()), Strings({steps[i].warning, partFailed}));
+        EXPECT_EQ(complaints(ann()), Strings({warnings[i], partFailed}));
         EXPECT_EQ(ann().service->lastModifyCount(), countBefore);
         EXPECT_TRUE(ann().status().hasUnsentEdits);
-
         uploadAgain();
-        EXPECT_EQ(cloudCalls(ann()), steps[i].callsAfterwards);
+        EXPECT_EQ(cloudCalls(ann()), callsAfterwards[i]);
 
         ann().timeline->removeRow(ann().row("Corner")->uniqueId());
         ann().timeline->restoreInstance(sent.at(2)->uniqueId());
