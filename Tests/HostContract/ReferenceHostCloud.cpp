@@ -64,9 +64,10 @@ public:
     }
 
     Instance tag(const Timeline& timeline, const Clip& clip) override {
-        const auto row = own(timeline).findRowNamed(clip.code);
-        const auto target = row ? row : own(timeline).addRow(clip.code, Base::Color());
-        return own(timeline).addInstance(target->uniqueId(), clip.start, clip.end, clip.notes);
+        const auto& [code, start, end, notes] = clip;
+        const auto row = own(timeline).findRowNamed(code);
+        const auto target = row ? row : own(timeline).addRow(code, Base::Color());
+        return own(timeline).addInstance(target->uniqueId(), start, end, notes);
     }
     void retime(const Timeline& timeline, const Instance& instance, double start, double end) override {
         own(timeline).retimeInstance(instance->uniqueId(), start, end);

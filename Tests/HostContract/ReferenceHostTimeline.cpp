@@ -19,15 +19,14 @@ public:
         component_->rules() = rules;
         component_->insertionCallbacksComeLater = insertionCallbacksComeLater;
         timeline_ = component_->openTimeline("Match");
-        observer_ = center_.addObserver(RemoteCoding::TimelineNotifications::timelineDidAnyChange, timeline_,
-                                        [this](const auto&) {
-                                            ++announcements_;
-                                            if (onAnnouncement) {
-                                                onAnnouncement();
-                                            }
-                                        });
+        (void)center_.addObserver(RemoteCoding::TimelineNotifications::timelineDidAnyChange, timeline_,
+                                  [this](const auto&) {
+                                      ++announcements_;
+                                      if (onAnnouncement) {
+                                          onAnnouncement();
+                                      }
+                                  });
     }
-    ~ReferenceFixture() override { center_.removeObserver(observer_); }
 
     std::shared_ptr<TimelineProtocol> timeline() override { return timeline_; }
     std::size_t announcements() const override { return announcements_; }
@@ -65,7 +64,6 @@ private:
         std::make_shared<ReferenceHost::TimelineComponent>(
             execution_, center_, [this] { return "id " + std::to_string(++lastId_); });
     std::shared_ptr<ReferenceHost::Timeline> timeline_;
-    RemoteCoding::NotificationCenterProtocol::ObserverId observer_ = 0;
     std::size_t announcements_ = 0;
 };
 
