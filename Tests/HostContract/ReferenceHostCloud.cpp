@@ -10,29 +10,15 @@ namespace HostContract {
 
 namespace {
 
-// Slow on virtual time, to mix up what is under way together; fast on threads, where it is the test that waits.
-ReferenceHost::CloudClientSettings settingsFor(const VirtualClock&) {
-    ReferenceHost::CloudClientSettings settings;
-    settings.leastLatency = Base::Seconds(0.01);
-    settings.mostLatency = Base::Seconds(0.5);
-    return settings;
-}
-
-ReferenceHost::CloudClientSettings settingsFor(const RealClock&) {
-    ReferenceHost::CloudClientSettings settings;
-    settings.leastLatency = Base::Seconds(0);
-    settings.mostLatency = Base::Seconds(0.001);
-    settings.detectionDelay = Base::Seconds(0.002);
-    settings.retryInterval = Base::Seconds(0.002);
-    settings.shortDropLimit = Base::Seconds(600);
-    return settings;
-}
-
 template <typename Clock>
 class ReferenceCloudFixture final : public CloudFixture {
 public:
     ReferenceCloudFixture(std::uint64_t seed, std::size_t analysts) : clock_(seed) {
-        auto settings = settingsFor(clock_);
+        ReferenceHost::CloudClientSettings settings;
+        settings.leastLatency = Base::Seconds(0);  // as fast as it goes: on threads it is the test that waits
+        settings.mostLatency = Base::Seconds(0.001);
+        settings.detectionDelay = settings.retryInterval = Base::Seconds(0.002);
+        settings.shortDropLimit = Base::Seconds(600);
         for (std::size_t i = 0; i < analysts; ++i) {
             settings.seed = seed + i;
             executions_.push_back(clock_.makeExecution());

@@ -30,9 +30,6 @@ public:
 
     [[nodiscard]] virtual std::shared_ptr<TimelineProtocol> timeline() = 0;
 
-    /// How often `timelineDidAnyChange` was posted about the timeline.
-    [[nodiscard]] virtual std::size_t announcements() const = 0;
-
     /// Runs what is posted to the main thread.
     virtual void runMainJobs() = 0;
 
@@ -49,7 +46,7 @@ public:
     virtual bool restoreRow(const std::string& rowId) = 0;
     virtual bool restoreInstance(const std::string& instanceId) = 0;
 
-    /// Called inside each announcement, after it has been counted.
+    /// Called inside each `timelineDidAnyChange` about the timeline.
     std::function<void()> onAnnouncement;
 };
 
@@ -119,24 +116,35 @@ inline std::shared_ptr<TimelineProtocol> changesSince(TimelineFixture& host, std
     return host.timeline()->timelineFromModifyCount(count + 1, false);
 }
 
-/// The edit is a change: the count goes up, and an announcement comes after it has. Gives the changes.
+/// The announcements that an edit makes, each of a count above the one before.
+template <typename Edit>
+int announcementsOf(TimelineFixture& host, const Edit& edit) {
+    int announcements = 0;
+    auto count = host.timeline()->modifyCount();
+    host.onAnnouncement = [&] {
+        ++announcements;
+        EXPECT_GT(host.timeline()->modifyCount(), count) << "announced before it was complete";
+        count = host.timeline()->modifyCount();
+    };
+    edit();
+    host.onAnnouncement = nullptr;
+    return announcements;
+}
+
+/// Gives what changed.
 template <typename Edit>
 std::shared_ptr<TimelineProtocol> expectChange(TimelineFixture& host, const char* name, const Edit& edit) {
     const auto count = host.timeline()->modifyCount();
-    const auto announcements = host.announcements();
-    edit();
+    EXPECT_GT(announcementsOf(host, edit), 0) << name << " is announced";
     EXPECT_GT(host.timeline()->modifyCount(), count) << name << " raises the count";
-    EXPECT_GT(host.announcements(), announcements) << name << " is announced";
     return changesSince(host, count);
 }
 
 template <typename Edit>
 void expectNoChange(TimelineFixture& host, const char* name, const Edit& edit) {
     const auto count = host.timeline()->modifyCount();
-    const auto announcements = host.announcements();
-    edit();
+    EXPECT_EQ(announcementsOf(host, edit), 0) << name << " is not announced";
     EXPECT_EQ(host.timeline()->modifyCount(), count) << name << " is no change";
-    EXPECT_EQ(host.announcements(), announcements) << name << " is not announced";
     EXPECT_TRUE(changesSince(host, count)->allRows()->empty()) << name << " stamps nothing";
 }
 
