@@ -70,18 +70,15 @@ TEST_P(NotificationCenterContract, AllowsRemovalAdditionAndPostingWhileItTellsAn
     EXPECT_EQ(told, (std::vector<std::string>{"within", "third", "third", "added"}));
 }
 
-TEST_P(NotificationCenterContract, LetsGoOfObserversOnRemovalFromAnyThreadAlsoWhileItTells) {
+TEST_P(NotificationCenterContract, LetsGoOfObserversOnRemovalOnAnotherThreadWhileItTells) {
     auto calls = std::make_shared<int>(0);
     std::vector<ObserverId> ids(200);
     std::ranges::generate(
         ids, [&] { return center->addObserver("a", nullptr, [calls](const auto&) { ++*calls; }); });
-    {
-        const std::jthread remover(
-            [&] { std::ranges::for_each(ids, [&](auto id) { center->removeObserver(id); }); });
-        center->post(Notification("a"));
-    }
+    std::thread remover([&] { std::ranges::for_each(ids, [&](auto id) { center->removeObserver(id); }); });
+    center->post(Notification("a"));
+    remover.join();
     EXPECT_EQ(calls.use_count(), 1);
-    center->removeObserver(ids.front());
 }
 
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(NotificationCenterContract);

@@ -53,14 +53,12 @@ struct RealClock {
 /// The hosts to instantiate a suite with: several seeds of virtual time, and threads.
 template <typename Host, template <typename Clock> typename Fixture>
 auto hostsOnEachClock() {
-    const auto onVirtualTime = [](std::uint64_t seed) {
-        return Host("VirtualTimeSeed" + std::to_string(seed), [seed](auto... arguments) {
-            return std::make_shared<Fixture<VirtualClock>>(seed, arguments...);
-        });
+    const auto seeded = [](std::uint64_t seed) {
+        return [seed](auto... rest) { return std::make_shared<Fixture<VirtualClock>>(seed, rest...); };
     };
-    return testing::Values(onVirtualTime(1), onVirtualTime(2), onVirtualTime(3),
-                           Host("RealTime", [](auto... arguments) {
-                               return std::make_shared<Fixture<RealClock>>(0, arguments...);
+    return testing::Values(Host("VirtualTimeSeed1", seeded(1)), Host("VirtualTimeSeed2", seeded(2)),
+                           Host("VirtualTimeSeed3", seeded(3)), Host("RealTime", [](auto... rest) {
+                               return std::make_shared<Fixture<RealClock>>(0, rest...);
                            }));
 }
 

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstddef>
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <ostream>
@@ -18,7 +18,6 @@
 /// host can also run it on a timeline that breaks a rule on purpose and see it fail.
 namespace HostContract {
 
-using RemoteCoding::TimelineInstanceProtocol;
 using RemoteCoding::TimelineProtocol;
 using RemoteCoding::TimelineRowProtocol;
 
@@ -91,25 +90,19 @@ Ids idsOf(const List& list) {
 inline Ids rowIds(TimelineFixture& host) { return idsOf(host.timeline()->allRows()); }
 
 template <typename List>
-typename List::element_type::value_type withId(const List& list, const std::string& id) {
-    for (const auto& object : *list) {
-        if (object->uniqueId() == id) {
-            return object;
-        }
-    }
-    return nullptr;
+auto withId(const List& list, const std::string& id) {
+    const auto found =
+        std::ranges::find_if(*list, [&](const auto& object) { return object->uniqueId() == id; });
+    return found == list->end() ? nullptr : *found;
 }
 
-inline std::shared_ptr<TimelineRowProtocol> rowWithId(const TimelineProtocol& timeline,
-                                                      const std::string& rowId) {
+inline auto rowWithId(const TimelineProtocol& timeline, const std::string& rowId) {
     return withId(timeline.allRows(), rowId);
 }
 
-/// Null also when there is no such row.
-inline std::shared_ptr<TimelineInstanceProtocol>
-instanceWithId(const TimelineProtocol& timeline, const std::string& rowId, const std::string& instanceId) {
-    const auto row = rowWithId(timeline, rowId);
-    return row ? withId(row->allInstances(), instanceId) : nullptr;
+inline auto instanceWithId(const TimelineProtocol& timeline, const std::string& rowId,
+                           const std::string& id) {
+    return withId(rowWithId(timeline, rowId)->allInstances(), id);
 }
 
 inline std::shared_ptr<TimelineProtocol> changesSince(TimelineFixture& host, std::int64_t count) {
