@@ -82,31 +82,19 @@ protected:
 
     /// A call under way: how often it has been answered, and its first answer, which is to be its only one.
     template <typename Value>
-    class Pending {
-    public:
-        [[nodiscard]] int answers() const { return answers_; }
-        [[nodiscard]] bool isDone() const { return answers_ != 0; }
-        [[nodiscard]] Base::Result<Value> answer() const { return *answer_; }
-        void keep(Base::Result<Value> answer) {
-            if (answers_ == 0) {
-                answer_.emplace(std::move(answer));
+    struct Pending {
+        void keep(Base::Result<Value> result) {
+            if (answers == 0) {
+                answer.emplace(std::move(result));
             }
-            ++answers_;
+            ++answers;
         }
+        std::optional<Base::Result<Value>> answer;
+        std::atomic<int> answers = 0;
         std::atomic<bool> hasReturned = false;
-
-    private:
-        std::atomic<int> answers_ = 0;
-        std::optional<Base::Result<Value>> answer_;
     };
     template <typename Value>
     using Call = std::shared_ptr<Pending<Value>>;
-
-    CloudContractTest() : fixture_(GetParam().make(3)) {
-        for (std::size_t analyst = 0; analyst < 3; ++analyst) {
-            services_.push_back(fixture_->syncLibrary(analyst).makeTaggingSessionService());
-        }
-    }
 
     CloudFixture& host() { return *fixture_; }
     Timeline timeline(std::size_t analyst) { return fixture_->timeline(analyst); }
@@ -118,8 +106,8 @@ protected:
 
     template <typename Value>
     Base::Result<Value> wait(const Call<Value>& call) {
-        runUntil([&] { return call->isDone(); });
-        return call->answer();
+        runUntil([&] { return call->answers != 0; });
+        return *call->answer;
     }
 
     /// Calls the analyst's service in its background and does not wait.
@@ -127,11 +115,13 @@ protected:
     Call<Value> start(std::size_t analyst, void (Service::*operation)(Parameters...),
                       Arguments... arguments) {
         auto pending = std::make_shared<Pending<Value>>();
-        fixture_->execution(analyst).postToBackground([=, service = services_[analyst]] {
-            ((*service).*operation)(
-                arguments..., [pending](Base::Result<Value> answer) { pending->keep(std::move(answer)); });
-            pending->hasReturned = true;
-        });
+        fixture_->execution(analyst).postToBackground(
+            [=, service = fixture_->syncLibrary(analyst).makeTaggingSessionService()] {
+                ((*service).*operation)(arguments..., [pending](Base::Result<Value> answer) {
+                    pending->keep(std::move(answer));
+                });
+                pending->hasReturned = true;
+            });
         return pending;
     }
 
@@ -203,8 +193,7 @@ protected:
     }
 
 private:
-    std::shared_ptr<CloudFixture> fixture_;
-    std::vector<std::shared_ptr<Service>> services_;
+    std::shared_ptr<CloudFixture> fixture_ = GetParam().make(3);
 };
 
 }  // namespace HostContract

@@ -49,8 +49,8 @@ protected:
         ASSERT_TRUE(fixture_->runUntil(predicate)) << "The host did not get there.";
     }
 
-    /// Everything that is posted to the main thread before runs, and what is due there within so many seconds.
-    void runMainJobs(double seconds = 0) {
+    /// What is due on the main thread within so many seconds.
+    void runMainJobs(double seconds) {
         bool ran = false;
         execution().postToMainAfter(Seconds(seconds), [&] { ran = true; });
         runUntil([&] { return ran; });
@@ -156,7 +156,6 @@ TEST_P(ExecutionContract, CompletesASleepOnceNoEarlierAndOccupiesNoThreadMeanwhi
     });
     runUntil([&] { return completions > 0; });
     runMainJobs(0.03);
-
     EXPECT_EQ(completions, 1);
     EXPECT_LT(now() - start, std::chrono::hours(1));
 }
