@@ -12,8 +12,6 @@
 #include <gtest/gtest.h>
 
 #include <any>
-#include <string>
-#include <vector>
 
 namespace RemoteCoding {
 
@@ -25,22 +23,21 @@ using TimelinePointer = std::shared_ptr<ReferenceHost::Timeline>;
 /// One analyst's host with a component, and what the component tells.
 class ComponentTest : public testing::Test {
 protected:
-    explicit ComponentTest(bool enableSharedTimelines = false) {
+    ComponentTest() {
         host_.signIn("ann");
-        host_.userDefaults().setBool(UserDefaultsKeys::enableSharedTimelines, enableSharedTimelines);
-        observer_ = host_.notificationCenter().addObserver(
+        host_.userDefaults().setBool(UserDefaultsKeys::enableSharedTimelines, false);
+        (void)host_.notificationCenter().addObserver(
             Notifications::remoteCodingSessionUpdatedNotification, nullptr,
-            [this](const Notification& notification) {
-                updates_.push_back(
-                    std::any_cast<RemoteCodingSessionDetails>(notification.userInfo.at("sessionDetails"))
-                        .status);
+            [this](const Notification& update) {
+                const auto& details = update.userInfo.at("sessionDetails");
+                updates_.push_back(std::any_cast<RemoteCodingSessionDetails>(details).status);
             });
     }
     ~ComponentTest() override {
         EXPECT_EQ(execution_.wrongThreadCount(), expectedWrongThreads_);
+        EXPECT_EQ(errors(), expectedErrors_);
         host_.stop();
         component_.reset();
-        host_.notificationCenter().removeObserver(observer_);
     }
 
     /// Publishes the running capture.
@@ -65,7 +62,7 @@ protected:
     TimelinePointer joined() {
         join();
         settle();
-        EXPECT_EQ(std::exchange(updates_, {}).size(), 1U);
+        updates_.clear();
         return host_.timelines().frontTimeline();
     }
     std::shared_ptr<FaultyTimelineComponent> useFaultyTimelineComponent() {
@@ -102,10 +99,8 @@ protected:
     ReferenceHost::Host host_{"Ann", execution_, service_, trace_};
     std::shared_ptr<RemoteCodingComponent> component_ = RemoteCodingComponent::make(host_.environment());
     std::vector<Status> updates_;  ///< what the updates have told
+    std::vector<std::string> expectedErrors_;
     std::size_t expectedWrongThreads_ = 0;
-
-private:
-    ReferenceHost::NotificationCenter::ObserverId observer_;
 };
 
 }  // namespace RemoteCoding

@@ -3,81 +3,47 @@
 namespace RemoteCoding {
 namespace {
 
-class EndTest : public ComponentTest {
-protected:
-    using ComponentTest::ComponentTest;
+using testing::Pair;
+
+struct EndTest : ComponentTest {
     std::vector<ReferenceHost::TraceEntry> usage() const {
         return trace_.entries("Ann", ReferenceHost::TraceKind::logUsage);
     }
 };
 
-TEST_F(EndTest, AnEndedSessionIsToldLoggedAndForgotten) {
+TEST_F(EndTest, AnEndedSessionIsToldLoggedAndForgottenAndAnUnknownOneIsAnErrorLine) {
     for (const bool isHost : {true, false}) {
         const auto id = (isHost ? host() : joined())->uniqueId();
         isHost ? component_->endRemoteCodingSession(id) : component_->exitRemoteCodingSession(id);
         EXPECT_FALSE(component_->hasActiveSession(id));
-        EXPECT_FALSE(component_->isActiveSessionCollaborator(id));
         EXPECT_FALSE(component_->sessionDetails(id));
-        EXPECT_EQ(usage().back().fields, (ReferenceHost::TraceFields{{"message", "SessionEnded"},
-                                                                     {"operation", "remoteCoding"},
-                                                                     {"TaggingSessionId", ""},
-                                                                     {"TeamId", "team"},
-                                                                     {"TimelineId", id},
-                                                                     {"VideoId", "video"},
-                                                                     {"isHost", isHost ? "true" : "false"}}));
+        EXPECT_THAT(usage().back().fields,
+                    ElementsAre(Pair("message", "SessionEnded"), Pair("operation", "remoteCoding"),
+                                Pair("TaggingSessionId", ""), Pair("TeamId", "team"), Pair("TimelineId", id),
+                                Pair("VideoId", "video"), Pair("isHost", isHost ? "true" : "false")));
         EXPECT_THAT(updates_, IsEmpty());
         settle();
         EXPECT_THAT(std::exchange(updates_, {}), ElementsAre(Status::ended));
     }
-    EXPECT_EQ(usage().size(), 2U);
-    EXPECT_THAT(errors(), IsEmpty());
-}
-
-TEST_F(EndTest, ATimelineWithoutASessionIsAnErrorLine) {
-    const auto timeline = host();
     component_->endRemoteCodingSession("unknown");
     component_->exitRemoteCodingSession("");
     component_->streamEnded("unknown");
     settle();
     const std::string message = "Tried to end live streaming session when session does not exist";
-    EXPECT_THAT(errors(), ElementsAre(message, message, message));
+    expectedErrors_ = {message, message, message};
     EXPECT_THAT(updates_, IsEmpty());
-    EXPECT_THAT(usage(), IsEmpty());
-    EXPECT_TRUE(component_->hasActiveSession(timeline->uniqueId()));
+    EXPECT_EQ(usage().size(), 2U);
 }
 
-TEST_F(EndTest, WhenTheStreamEndsTheSessionLastsAsLongAsItsTimeline) {
-    const auto hosted = host();
-    host_.timelines().completeLiveShare(hosted->uniqueId());
-    EXPECT_EQ(statusOf(hosted), Status::live) << "hosted sessions go by their own stream";
-    const auto timeline = joined();
-    host_.timelines().completeLiveShare(timeline->uniqueId());
-    EXPECT_EQ(statusOf(timeline), Status::streamEnded);
-    EXPECT_FALSE(component_->hasActiveSession(timeline->uniqueId())) << "no stream and nothing shared";
-    settle();
-    EXPECT_THAT(std::exchange(updates_, {}), ElementsAre(Status::streamEnded));
-
-    host_.locator().setTimelineComponent(nullptr);
-    component_->streamEnded(timeline->uniqueId());
-    settle();
-    EXPECT_FALSE(statusOf(timeline));
-    EXPECT_THAT(std::exchange(updates_, {}), ElementsAre(Status::ended));
-
-    useFaultyTimelineComponent();
-    component_->streamEnded(timeline->uniqueId());
-    settle();
-    EXPECT_THAT(updates_, IsEmpty()) << "an open timeline without a session";
-    EXPECT_THAT(errors(), IsEmpty());
-}
-
-TEST_F(EndTest, ClosingATimelineEndsItsSessionUnlessItsOwnStreamIsStillLive) {
-    const auto joinedTimeline = joined();
-    host_.closeTimeline(joinedTimeline->uniqueId());
-    EXPECT_FALSE(statusOf(joinedTimeline));
+TEST_F(EndTest, WithItsTimelineASessionEndsAndWithItsStreamItLastsAsLongAsItsTimeline) {
+    const auto closed = joined();
+    host_.closeTimeline(closed->uniqueId());
+    EXPECT_FALSE(statusOf(closed));
 
     const auto live = host();
+    host_.timelines().completeLiveShare(live->uniqueId());
     host_.closeTimeline(live->uniqueId());
-    EXPECT_EQ(statusOf(live), Status::live);
+    EXPECT_EQ(statusOf(live), Status::live) << "hosted sessions go by their own stream";
     EXPECT_TRUE(component_->hasActiveSession(live->uniqueId()));
     component_->streamEnded(live->uniqueId());
     EXPECT_FALSE(statusOf(live)) << "its timeline is gone";
@@ -86,30 +52,38 @@ TEST_F(EndTest, ClosingATimelineEndsItsSessionUnlessItsOwnStreamIsStillLive) {
     component_->streamEnded(over->uniqueId());
     host_.closeTimeline(over->uniqueId());
     EXPECT_FALSE(statusOf(over));
-    host_.closeTimeline(host_.openTimeline("Never shared")->uniqueId());
-    EXPECT_THAT(errors(), IsEmpty());
-    EXPECT_EQ(usage().size(), 3U);
+
+    const auto never = host_.openTimeline("Never shared");
+    component_->streamEnded(never->uniqueId());
+    host_.closeTimeline(never->uniqueId());
+    const auto timeline = joined();
+    host_.timelines().completeLiveShare(timeline->uniqueId());
+    EXPECT_EQ(statusOf(timeline), Status::streamEnded);
+    EXPECT_FALSE(component_->hasActiveSession(timeline->uniqueId())) << "no stream and nothing shared";
+    settle();
+    host_.locator().setTimelineComponent(nullptr);
+    component_->streamEnded(timeline->uniqueId());
+    settle();
+    EXPECT_THAT(updates_, ElementsAre(Status::streamEnded, Status::ended));
 }
 
 TEST_F(EndTest, AHostThatThrowsKeepsNoSessionFromEnding) {
     const auto timeline = joined();
-    const auto observer = host_.notificationCenter().addObserver(
+    (void)host_.notificationCenter().addObserver(
         Notifications::remoteCodingSessionUpdatedNotification, nullptr,
         [](const Notification&) { throw std::runtime_error("observer"); });
     useFaultyTimelineComponent()->throws = true;
     component_->streamEnded(timeline->uniqueId());
-    EXPECT_THAT(errors(), ElementsAre("The host failed unexpectedly: timeline component"));
     component_->exitRemoteCodingSession(timeline->uniqueId());
     settle();
-    host_.notificationCenter().removeObserver(observer);
     EXPECT_FALSE(statusOf(timeline));
     EXPECT_THAT(updates_, ElementsAre(Status::ended));
+    expectedErrors_ = {"The host failed unexpectedly: timeline component"};
 }
 
 /// The same where sessions share their timelines.
-class EndSharedTest : public EndTest {
-protected:
-    EndSharedTest() : EndTest(true) {}
+struct EndSharedTest : EndTest {
+    EndSharedTest() { host_.userDefaults().setBool(UserDefaultsKeys::enableSharedTimelines, true); }
 };
 
 TEST_F(EndSharedTest, ASharedTimelineStaysActiveAfterTheStreamAndItsLastEditsGoOutAtTheEnd) {
@@ -119,17 +93,14 @@ TEST_F(EndSharedTest, ASharedTimelineStaysActiveAfterTheStreamAndItsLastEditsGoO
     EXPECT_EQ(statusOf(timeline), Status::streamEnded);
     EXPECT_TRUE(component_->hasActiveSession(id));
     EXPECT_TRUE(component_->synchronisationStatus(id)->isSettled());
-    EXPECT_EQ(host_.cloudClient().numberOfUncancelledSubscriptions(), 1U);
-    EXPECT_FALSE(component_->synchronisationStatus("unknown"));
 
     timeline->addInstance(timeline->addRow("Pass", Base::Color(200, 0, 0))->uniqueId(), 1, 2);
     component_->endRemoteCodingSession(id);
     EXPECT_EQ(host_.cloudClient().numberOfUncancelledSubscriptions(), 0U);
     for (const bool hasUnsentEdits : {true, false}) {
-        const auto status = component_->synchronisationStatus(id);
-        ASSERT_TRUE(status);
-        EXPECT_EQ(status->activity, SynchronisationStatus::Activity::cancelled);
-        EXPECT_EQ(status->hasUnsentEdits, hasUnsentEdits);
+        const auto status = component_->synchronisationStatus(id).value();
+        EXPECT_EQ(status.activity, SynchronisationStatus::Activity::cancelled);
+        EXPECT_EQ(status.hasUnsentEdits, hasUnsentEdits);
         settle();
     }
     EXPECT_EQ(service_.snapshot(*service_.primarySessionOf("video"))->moments.size(), 1U);
@@ -150,9 +121,8 @@ TEST_F(EndSharedTest, ACollaboratorIsSynchronisedWithTheGivenTaggingSessionUntil
     join(sessionId);
     settle();
     EXPECT_EQ(service_.numberOfSubscribers(sessionId), 1U);
-    const auto status = component_->synchronisationStatus(host_.timelines().frontTimeline()->uniqueId());
-    ASSERT_TRUE(status);
-    EXPECT_TRUE(status->isSettled());
+    const auto id = host_.timelines().frontTimeline()->uniqueId();
+    EXPECT_TRUE(component_->synchronisationStatus(id).value().isSettled());
 
     updates_.clear();
     join();

@@ -3,11 +3,7 @@
 #include "Components/RemoteCoding/HostInterfaces/HostEnvironment.hpp"
 
 #include <functional>
-#include <memory>
-#include <optional>
 #include <stdexcept>
-#include <string>
-#include <vector>
 
 namespace RemoteCoding {
 
