@@ -7,11 +7,9 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <atomic>
 #include <cstddef>
 #include <functional>
-#include <iterator>
 #include <memory>
 #include <optional>
 #include <string>
@@ -26,13 +24,13 @@ namespace HostContract {
 /// A clip's code, its start and end in seconds, and its notes.
 using Clip = std::tuple<std::string, double, double, std::string>;
 
+using Timeline = std::shared_ptr<RemoteCoding::TimelineProtocol>;
+using Instance = std::shared_ptr<RemoteCoding::TimelineInstanceProtocol>;
+
 /// One fresh cloud with some analysts, each with a host of their own: client, sync library, execution, and one open
 /// timeline without rows. Made, used and destroyed on the test's thread, which is every host's main thread.
 class CloudFixture {
 public:
-    using Timeline = std::shared_ptr<RemoteCoding::TimelineProtocol>;
-    using Instance = std::shared_ptr<RemoteCoding::TimelineInstanceProtocol>;
-
     virtual ~CloudFixture() = default;
 
     [[nodiscard]] virtual RemoteCoding::TevuGraphQLClientProtocol& graphQLClient(std::size_t analyst) = 0;
@@ -64,17 +62,13 @@ public:
 
 using CloudHost = NamedHost<CloudFixture, std::size_t>;  // made for so many analysts
 
-/// The base of both suites: analysts 0 (Ann), 1 (Ben) and 2 (Cleo) of one team with one video.
+/// The base of both suites: three analysts of one team with one video.
 class CloudContractTest : public testing::TestWithParam<CloudHost> {
 protected:
-    static constexpr std::size_t ann = 0;
-    static constexpr std::size_t ben = 1;
-    static constexpr std::size_t cleo = 2;
+    enum Analyst : std::size_t { ann, ben, cleo };
     static constexpr const char* team = "team";
     static constexpr const char* video = "video";
 
-    using Timeline = CloudFixture::Timeline;
-    using Instance = CloudFixture::Instance;
     using Instances = std::vector<Instance>;
     using Ids = std::vector<std::string>;
     using Service = RemoteCoding::TaggingSessionServiceProtocol;
@@ -177,18 +171,19 @@ protected:
 
     Ids fetchIds(std::size_t analyst) {
         Ids ids;
-        std::ranges::transform(fetchMoments(analyst), std::back_inserter(ids),
-                               [](const auto& item) { return item->identifier(); });
+        for (const auto& item : fetchMoments(analyst)) {
+            ids.push_back(item->identifier());
+        }
         return ids;
     }
 
     /// What the moments say, by what becomes of them on an empty timeline.
     std::vector<Clip> fetchClips(std::size_t analyst) {
         std::vector<Clip> clips;
-        std::ranges::transform(fetchMoments(analyst), std::back_inserter(clips),
-                               [this, scratch = fixture_->makeTimeline()](const auto& item) {
-                                   return fixture_->clipOf(item->appendToTimeline(scratch));
-                               });
+        const Timeline scratch = fixture_->makeTimeline();
+        for (const auto& item : fetchMoments(analyst)) {
+            clips.push_back(fixture_->clipOf(item->appendToTimeline(scratch)));
+        }
         return clips;
     }
 

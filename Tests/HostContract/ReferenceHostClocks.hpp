@@ -7,8 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-
 /// Both clocks of the reference host, to make a fixture of either.
 namespace HostContract {
 
@@ -39,9 +37,9 @@ struct RealClock {
     /// Behind everything that is due by then on the scheduler's thread and on this one, for each way of a call.
     void settle() {
         for (int way = 0; way < 4; ++way) {
-            std::atomic<bool> arrived = false;
+            bool arrived = false;  // on this thread
             scheduler.postAfter(Base::Seconds(0.005), [&] { loop.post([&] { arrived = true; }); });
-            EXPECT_TRUE(runUntil([&] { return arrived.load(); }));
+            EXPECT_TRUE(runUntil([&] { return arrived; }));
         }
     }
 

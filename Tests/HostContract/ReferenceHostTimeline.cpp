@@ -2,11 +2,11 @@
 #include "ReferenceHost/NotificationCenter.hpp"
 #include "ReferenceHost/Timeline/TimelineComponent.hpp"
 #include "Tests/HostContract/CodingTargetContract.hpp"
+#include "Tests/HostContract/NotificationCenterContract.hpp"
 #include "Tests/HostContract/TimelineContract.hpp"
 
 #include <gtest/gtest-spi.h>
 
-#include <algorithm>
 
 namespace HostContract {
 
@@ -59,6 +59,12 @@ private:
 };
 
 }  // namespace
+
+INSTANTIATE_TEST_SUITE_P(ReferenceHost, NotificationCenterContract,
+                         testing::Values(NotificationCenterHost(
+                             "ReferenceHost",
+                             [] { return std::make_shared<ReferenceHost::NotificationCenter>(); })),
+                         nameOf<NotificationCenterHost>);
 
 INSTANTIATE_TEST_SUITE_P(
     Timeline, TimelineContract,

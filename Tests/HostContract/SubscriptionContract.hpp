@@ -100,8 +100,8 @@ TEST_P(SubscriptionContract, TellsEverybodyEverythingInOneOrder) {
     EXPECT_EQ(rows.back().name, "Goal");
     EXPECT_EQ(rows.back().color(), timeline(ann)->allRows()->back()->color());
     ASSERT_EQ(atBen->events.size(), concurrent + 3) << "One event of each call that changes anything.";
-    EXPECT_EQ(atBen->events[concurrent + 1], Event(Type::momentsUpdated, lastIds));
-    EXPECT_EQ(atBen->events[concurrent + 2], Event(Type::presentationViewUpdated, {}));
+    EXPECT_EQ(Events(atBen->events.end() - 2, atBen->events.end()),
+              (Events{{Type::momentsUpdated, lastIds}, {Type::presentationViewUpdated, {}}}));
     Ids followed;
     for (const auto& [type, ids] : atBen->events) {
         for (const std::string& id : ids) {
@@ -143,21 +143,16 @@ TEST_P(SubscriptionContract, IsSilentAfterCancelAndLetsGoOfItsHandlers) {
     const auto inside = follow(ben, session);
     const auto background = follow(cleo, session);
     inside->cancelsItself = true;
-    std::vector<Call<Ids>> creations;
     for (int i = 0; i < 6; ++i) {
-        creations.push_back(startCreate(ann, session, timeline(ann), {tag(ann, Clip("Shot", i, i, ""))}));
+        (void)startCreate(ann, session, timeline(ann), {tag(ann, Clip("Shot", i, i, ""))});
     }
     runUntil([&] { return early->events.size() > 1 && !inside->events.empty(); });
 
     early->handle->cancel();
     const std::size_t told = early->events.size();
     EXPECT_TRUE(early->life.expired() && inside->life.expired());
-    early->handle->cancel();
     host().execution(cleo).postToBackground([background] { background->handle->cancel(); });
     runUntil([&] { return background->life.expired(); });
-    for (const auto& creation : creations) {
-        EXPECT_TRUE(wait(creation).succeeded());
-    }
     host().settle();
 
     EXPECT_EQ(early->events.size(), told);

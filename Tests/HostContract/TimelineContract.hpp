@@ -12,7 +12,7 @@
 /// `TimelineContract` with the hosts to test and `TimelineCase::all()`.
 namespace HostContract {
 
-inline const TimelineCase editsCount("EveryEditRaisesTheCountAndIsThenAnnounced", [](TimelineFixture& host) {
+const TimelineCase editsCount("EveryEditRaisesTheCountAndIsThenAnnounced", [](TimelineFixture& host) {
     std::string row;
     std::string other;
     std::string clip;
@@ -27,120 +27,112 @@ inline const TimelineCase editsCount("EveryEditRaisesTheCountAndIsThenAnnounced"
     expectChange(host, "removing a row", [&] { host.removeRow(other); });
 });
 
-inline const TimelineCase
-    emptyEditsDoNotCount("WhatChangesNothingAndAnExternalIdAreNoChange", [](TimelineFixture& host) {
-        const auto row = host.addRow("Shot", red);
-        (void)host.addRow("Pass", green);
-        const auto clip = host.addInstance(row, 1.0, 2.0);
-        expectNoChange(host, "editing to the same values, what is unknown, an external id", [&] {
-            host.renameRow(row, "Shot");
-            host.recolorRow(row, red);
-            host.moveRow(row, 0);
-            host.retimeInstance(clip, 1.0, 2.0);
-            host.removeInstance("nobody");
-            host.removeRow("nobody");
-            instanceWithId(*host.timeline(), row, clip)->setExternalId("moment-1");
-        });
-        EXPECT_EQ(instanceWithId(*host.timeline(), row, clip)->externalId(), "moment-1");
+const TimelineCase emptyEditsDoNotCount("AnEmptyEditAndAnExternalIdAreNoChange", [](TimelineFixture& host) {
+    const auto row = host.addRow("Shot", red);
+    (void)host.addRow("Pass", green);
+    const auto clip = host.addInstance(row, 1.0, 2.0);
+    expectNoChange(host, "editing to the same values, what is unknown, an external id", [&] {
+        host.renameRow(row, "Shot");
+        host.recolorRow(row, red);
+        host.moveRow(row, 0);
+        host.retimeInstance(clip, 1.0, 2.0);
+        host.removeInstance("nobody");
+        host.removeRow("nobody");
+        instanceWithId(*host.timeline(), row, clip)->setExternalId("moment-1");
     });
+    EXPECT_EQ(instanceWithId(*host.timeline(), row, clip)->externalId(), "moment-1");
+});
 
-inline const TimelineCase
-    partialFromCount("APartialTimelineHoldsTheAskedCountAndHigher", [](TimelineFixture& host) {
-        const auto row = host.addRow("Shot", red);
-        const auto first = host.addInstance(row, 1.0, 2.0);
-        const auto second = host.addInstance(row, 3.0, 4.0);
-        const auto clipsSince = [&](std::int64_t count) {
-            const auto changes = changesSince(host, count);
-            EXPECT_EQ(changes->modifyCount(), host.timeline()->modifyCount()) << "up to where it reaches";
-            EXPECT_EQ(changes->uniqueId(), host.timeline()->uniqueId());
-            const auto rows = changes->allRows();
-            return rows->empty() ? Ids() : idsOf(rows->front()->allInstances());
-        };
+const TimelineCase partialFromCount("APartialTimelineHoldsTheAskedCountAndHigher", [](TimelineFixture& host) {
+    const auto row = host.addRow("Shot", red);
+    const auto first = host.addInstance(row, 1.0, 2.0);
+    const auto second = host.addInstance(row, 3.0, 4.0);
+    const auto clipsSince = [&](std::int64_t count) {
+        const auto changes = changesSince(host, count);
+        EXPECT_EQ(changes->modifyCount(), host.timeline()->modifyCount()) << "up to where it reaches";
+        EXPECT_EQ(changes->uniqueId(), host.timeline()->uniqueId());
+        const auto rows = changes->allRows();
+        return rows->empty() ? Ids() : idsOf(rows->front()->allInstances());
+    };
 
-        const auto beforeFirst = host.timeline()->modifyCount();
-        host.retimeInstance(first, 1.0, 2.5);
-        const auto beforeSecond = host.timeline()->modifyCount();
-        host.retimeInstance(second, 3.0, 4.5);
+    const auto beforeFirst = host.timeline()->modifyCount();
+    host.retimeInstance(first, 1.0, 2.5);
+    const auto beforeSecond = host.timeline()->modifyCount();
+    host.retimeInstance(second, 3.0, 4.5);
 
-        EXPECT_EQ(clipsSince(std::numeric_limits<std::int64_t>::min()), (Ids{first, second}));
-        EXPECT_EQ(clipsSince(beforeFirst), (Ids{first, second}));
-        EXPECT_EQ(clipsSince(beforeSecond), (Ids{second}));
-        host.retimeInstance(first, 1.0, 2.7);
-        EXPECT_EQ(clipsSince(beforeSecond), (Ids{first, second})) << "only the latest change counts";
-        EXPECT_EQ(clipsSince(host.timeline()->modifyCount() + 5), (Ids{}));
-    });
+    EXPECT_EQ(clipsSince(std::numeric_limits<std::int64_t>::min()), (Ids{first, second}));
+    EXPECT_EQ(clipsSince(beforeFirst), (Ids{first, second}));
+    EXPECT_EQ(clipsSince(beforeSecond), (Ids{second}));
+    host.retimeInstance(first, 1.0, 2.7);
+    EXPECT_EQ(clipsSince(beforeSecond), (Ids{first, second})) << "only the latest change counts";
+    EXPECT_EQ(clipsSince(host.timeline()->modifyCount() + 5), (Ids{}));
+});
 
-inline const TimelineCase
-    partialRows("APartialTimelineHoldsChangedRowsWithTheirChangedClipsOnly", [](TimelineFixture& host) {
-        const auto top = host.addRow("Shot", red);
-        const auto middle = host.addRow("Pass", red);
-        const auto bottom = host.addRow("Goal", green);
-        (void)host.addInstance(top, 1.0, 2.0);
-        const auto inTop = host.addInstance(top, 3.0, 4.0);
-        const auto before = host.timeline()->modifyCount();
-        const auto inBottom = host.addInstance(bottom, 7.0, 7.0);
-        host.retimeInstance(inTop, 3.0, 5.0);
+const TimelineCase partialRows("APartialTimelineHoldsChangedRowsAndClipsOnly", [](TimelineFixture& host) {
+    const auto top = host.addRow("Shot", red);
+    const auto middle = host.addRow("Pass", red);
+    const auto bottom = host.addRow("Goal", green);
+    (void)host.addInstance(top, 1.0, 2.0);
+    const auto inTop = host.addInstance(top, 3.0, 4.0);
+    const auto before = host.timeline()->modifyCount();
+    const auto inBottom = host.addInstance(bottom, 7.0, 7.0);
+    host.retimeInstance(inTop, 3.0, 5.0);
 
-        const auto rows = changesSince(host, before)->allRows();
-        ASSERT_EQ(idsOf(rows), (Ids{top, bottom})) << "from top to bottom";
-        EXPECT_EQ(idsOf(rows->front()->allInstances()), (Ids{inTop}));
-        EXPECT_EQ(rows->front()->allInstances()->front()->row(), rows->front());
-        EXPECT_EQ(idsOf(rows->back()->allInstances()), (Ids{inBottom})) << "a clip without length is one";
-        EXPECT_EQ(rows->back()->name(), "Goal");
-        EXPECT_EQ(rows->back()->color(), green);
-        EXPECT_EQ(rows->back()->rowNum(), rowWithId(*host.timeline(), bottom)->rowNum());
+    const auto rows = changesSince(host, before)->allRows();
+    ASSERT_EQ(idsOf(rows), (Ids{top, bottom})) << "from top to bottom";
+    EXPECT_EQ(idsOf(rows->front()->allInstances()), (Ids{inTop}));
+    EXPECT_EQ(rows->front()->allInstances()->front()->row(), rows->front());
+    EXPECT_EQ(idsOf(rows->back()->allInstances()), (Ids{inBottom})) << "a clip without length is one";
+    EXPECT_TRUE(rows->back()->name() == "Goal" && rows->back()->color() == green);
+    EXPECT_EQ(rows->back()->rowNum(), rowWithId(*host.timeline(), bottom)->rowNum());
 
-        const auto rowsChangedBy = [&](const char* name, const auto& edit) {
-            const auto changed = expectChange(host, name, edit)->allRows();
-            for (const auto& row : *changed) {
-                EXPECT_EQ(row->numberOfInstances(), 0) << "its clips have not changed";
-            }
-            return idsOf(changed);
-        };
-        EXPECT_EQ(rowsChangedBy("renaming", [&] { host.renameRow(top, "Header"); }), (Ids{top}));
-        EXPECT_EQ(rowsChangedBy("moving", [&] { host.moveRow(top, 1); }), (Ids{middle, top}))
-            << "the number of the other row shifts, so it says something else than before";
-        EXPECT_EQ(rowsChangedBy("removing", [&] { host.removeRow(middle); }), (Ids{top, bottom}));
-    });
-
-inline const TimelineCase
-    deletions("DeletionsAreListedFromTheirCountOnUnlessUndone", [](TimelineFixture& host) {
-        const auto row = host.addRow("Shot", red);
-        const auto other = host.addRow("Pass", red);
-        const auto early = host.addInstance(row, 1.0, 2.0);
-        const auto late = host.addInstance(row, 3.0, 4.0);
-        const auto last = host.addInstance(row, 5.0, 6.0);
-        host.removeInstance(early);
-        const auto between = host.timeline()->modifyCount();
-        host.removeInstance(late);
-
-        EXPECT_EQ(changesSince(host, 0)->deletedInstanceIds(), (Ids{early, late}));
-        EXPECT_EQ(changesSince(host, between)->deletedInstanceIds(), (Ids{late}));
-        EXPECT_EQ(changesSince(host, between)->deletedRowIds(), (Ids{}));
-        EXPECT_EQ(idsOf(changesSince(host, between)->allRows()), (Ids{}))
-            << "the row and its other clips stay as they are";
-        host.removeRow(row);
-        EXPECT_EQ(changesSince(host, between)->deletedRowIds(), (Ids{row}));
-        EXPECT_EQ(changesSince(host, between)->deletedInstanceIds(), (Ids{late, last}))
-            << "its clips with a row";
-        EXPECT_EQ(rowIds(host), (Ids{other}));
-
-        bool canUndo = false;
-        const auto changes = expectChange(host, "undo", [&] { canUndo = host.restoreRow(row); });
-        if (!canUndo) {
-            GTEST_SKIP() << "this host has no undo";
+    const auto rowsChangedBy = [&](const char* name, const auto& edit) {
+        const auto changed = expectChange(host, name, edit)->allRows();
+        for (const auto& row : *changed) {
+            EXPECT_EQ(row->numberOfInstances(), 0) << "its clips have not changed";
         }
-        EXPECT_EQ(rowIds(host), (Ids{row, other})) << "in its place";
-        EXPECT_EQ(changesSince(host, between)->deletedRowIds(), (Ids{}));
-        EXPECT_EQ(changesSince(host, between)->deletedInstanceIds(), (Ids{late})) << "deleted before its row";
-        EXPECT_EQ(idsOf(rowWithId(*changes, row)->allInstances()), (Ids{last}));
-        EXPECT_TRUE(host.restoreInstance(late));
-        EXPECT_EQ(changesSince(host, between)->deletedInstanceIds(), (Ids{}));
-        EXPECT_EQ(idsOf(rowWithId(*host.timeline(), row)->allInstances()), (Ids{late, last}))
-            << "in its place";
-    });
+        return idsOf(changed);
+    };
+    EXPECT_EQ(rowsChangedBy("renaming", [&] { host.renameRow(top, "Header"); }), (Ids{top}));
+    EXPECT_EQ(rowsChangedBy("moving", [&] { host.moveRow(top, 1); }), (Ids{middle, top}))
+        << "the other's number, too";
+    EXPECT_EQ(rowsChangedBy("removing", [&] { host.removeRow(middle); }), (Ids{top, bottom}));
+});
 
-inline const TimelineCase reading("WhatWasReadStaysAsItWasAndReadable", [](TimelineFixture& host) {
+const TimelineCase deletions("DeletionsAreListedFromTheirCountOnUnlessUndone", [](TimelineFixture& host) {
+    const auto row = host.addRow("Shot", red);
+    const auto other = host.addRow("Pass", red);
+    const auto early = host.addInstance(row, 1.0, 2.0);
+    const auto late = host.addInstance(row, 3.0, 4.0);
+    const auto last = host.addInstance(row, 5.0, 6.0);
+    host.removeInstance(early);
+    const auto between = host.timeline()->modifyCount();
+    host.removeInstance(late);
+
+    EXPECT_EQ(changesSince(host, 0)->deletedInstanceIds(), (Ids{early, late}));
+    EXPECT_EQ(changesSince(host, between)->deletedInstanceIds(), (Ids{late}));
+    EXPECT_EQ(changesSince(host, between)->deletedRowIds(), (Ids{}));
+    EXPECT_EQ(idsOf(changesSince(host, between)->allRows()), (Ids{})) << "the rest stays";
+    host.removeRow(row);
+    EXPECT_EQ(changesSince(host, between)->deletedRowIds(), (Ids{row}));
+    EXPECT_EQ(changesSince(host, between)->deletedInstanceIds(), (Ids{late, last})) << "its clips";
+    EXPECT_EQ(rowIds(host), (Ids{other}));
+
+    bool canUndo = false;
+    const auto changes = expectChange(host, "undo", [&] { canUndo = host.restoreRow(row); });
+    if (!canUndo) {
+        GTEST_SKIP() << "this host has no undo";
+    }
+    EXPECT_EQ(rowIds(host), (Ids{row, other})) << "in its place";
+    EXPECT_EQ(changesSince(host, between)->deletedRowIds(), (Ids{}));
+    EXPECT_EQ(changesSince(host, between)->deletedInstanceIds(), (Ids{late})) << "deleted before its row";
+    EXPECT_EQ(idsOf(rowWithId(*changes, row)->allInstances()), (Ids{last}));
+    EXPECT_TRUE(host.restoreInstance(late));
+    EXPECT_EQ(changesSince(host, between)->deletedInstanceIds(), (Ids{}));
+    EXPECT_EQ(idsOf(rowWithId(*host.timeline(), row)->allInstances()), (Ids{late, last})) << "in its place";
+});
+
+const TimelineCase reading("WhatWasReadStaysAsItWasAndReadable", [](TimelineFixture& host) {
     const auto rowId = host.addRow("Shot", red);
     const auto other = host.addRow("Pass", red);
     const auto clipId = host.addInstance(rowId, 1.0, 2.0);
@@ -164,20 +156,18 @@ inline const TimelineCase reading("WhatWasReadStaysAsItWasAndReadable", [](Timel
 
     EXPECT_EQ(clips->front()->externalId(), std::nullopt) << "writing a copy leaves the live clip alone";
     EXPECT_EQ(clips->front()->row(), row);
-    EXPECT_EQ(row->name(), "Goal");
     EXPECT_EQ(idsOf(row->allInstances()), (Ids{added}));
     EXPECT_EQ(idsOf(rows), (Ids{rowId, other}));
     EXPECT_EQ(idsOf(partial->allRows()), (Ids{rowId, other}));
     EXPECT_EQ(idsOf(clips), (Ids{clipId}));
     EXPECT_EQ(idsOf(partialRow->allInstances()), (Ids{clipId}));
-    EXPECT_EQ(partialRow->name(), "Shot");
-    EXPECT_EQ(partialRow->color(), red);
+    EXPECT_TRUE(partialRow->name() == "Shot" && partialRow->color() == red);
     EXPECT_EQ(partial->modifyCount(), count);
     EXPECT_EQ(partial->deletedInstanceIds(), (Ids{}));
 });
 
 /// Finds races when it runs under the thread sanitizer, and torn states without it.
-inline const TimelineCase threads("ReadingIsSafeWhileTheMainThreadEdits", [](TimelineFixture& host) {
+const TimelineCase threads("ReadingIsSafeWhileTheMainThreadEdits", [](TimelineFixture& host) {
     const auto timeline = host.timeline();
     const auto steady = host.addRow("name 0", red);
     std::atomic<bool> isDone{false};
@@ -210,7 +200,6 @@ inline const TimelineCase threads("ReadingIsSafeWhileTheMainThreadEdits", [](Tim
         const auto number = std::to_string(i);
         const auto passing = host.addRow("name of a row that goes again " + number, green);
         const auto clip = host.addInstance(steady, i, i + 1.0);
-        (void)host.addInstance(passing, i, i + 1.0);
         instanceWithId(*timeline, steady, clip)->setExternalId("moment of a clip " + number);
         host.renameRow(steady, "name that is too long for the text itself " + number);
         host.recolorRow(steady, i % 2 == 0 ? red : green);
@@ -221,7 +210,6 @@ inline const TimelineCase threads("ReadingIsSafeWhileTheMainThreadEdits", [](Tim
         (void)host.restoreInstance(clip);
         host.removeInstance(clip);
         host.removeRow(passing);
-        std::this_thread::yield();
     }
     isDone = true;
     readers.clear();  // joins them

@@ -8,10 +8,8 @@
 #include <algorithm>
 #include <functional>
 #include <memory>
-#include <ostream>
 #include <string>
 #include <tuple>
-#include <utility>
 #include <vector>
 
 /// What the suites for timelines and coding targets need of a host. A case is a function on a fixture, so that a
@@ -91,8 +89,7 @@ inline Ids rowIds(TimelineFixture& host) { return idsOf(host.timeline()->allRows
 
 template <typename List>
 auto withId(const List& list, const std::string& id) {
-    const auto found =
-        std::ranges::find_if(*list, [&](const auto& object) { return object->uniqueId() == id; });
+    const auto found = std::ranges::find_if(*list, [&](const auto& item) { return item->uniqueId() == id; });
     return found == list->end() ? nullptr : *found;
 }
 
@@ -100,9 +97,8 @@ inline auto rowWithId(const TimelineProtocol& timeline, const std::string& rowId
     return withId(timeline.allRows(), rowId);
 }
 
-inline auto instanceWithId(const TimelineProtocol& timeline, const std::string& rowId,
-                           const std::string& id) {
-    return withId(rowWithId(timeline, rowId)->allInstances(), id);
+inline auto instanceWithId(const TimelineProtocol& timeline, const std::string& row, const std::string& id) {
+    return withId(rowWithId(timeline, row)->allInstances(), id);
 }
 
 inline std::shared_ptr<TimelineProtocol> changesSince(TimelineFixture& host, std::int64_t count) {
