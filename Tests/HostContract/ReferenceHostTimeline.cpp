@@ -7,7 +7,6 @@
 
 #include <gtest/gtest-spi.h>
 
-
 namespace HostContract {
 
 namespace {
