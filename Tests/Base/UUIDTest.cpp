@@ -8,37 +8,26 @@ namespace {
 
 using Base::UUID;
 
-TEST(UUID, ReadsAndWritesTheTextForm) {
+TEST(UUID, ReadsAndWritesItsTextFormAndNoOther) {
     // The example of RFC 9562, appendix A.3.
-    const auto uuid = UUID::parse("919108f7-52d1-4320-9bac-f847db4148a8");
+    const auto uuid = UUID::parse("919108F7-52d1-4320-9bac-f847db4148a8");
     ASSERT_TRUE(uuid);
     EXPECT_EQ(uuid->bytes(), (UUID::Bytes{0x91, 0x91, 0x08, 0xf7, 0x52, 0xd1, 0x43, 0x20, 0x9b, 0xac, 0xf8,
                                           0x47, 0xdb, 0x41, 0x48, 0xa8}));
     EXPECT_EQ(uuid->text(), "919108f7-52d1-4320-9bac-f847db4148a8");
-    EXPECT_EQ(UUID::parse("919108F7-52D1-4320-9BAC-f847db4148a8"), uuid) << "either case is read";
-    EXPECT_EQ(UUID().text(), "00000000-0000-0000-0000-000000000000");
-}
 
-TEST(UUID, RefusesWhatIsNotExactlyTheTextForm) {
-    for (const std::string text : {"",
-                                   "919108f7-52d1-4320-9bac-f847db4148a",     // a digit short
-                                   "919108f7-52d1-4320-9bac-f847db4148a8a",   // a digit long
-                                   "919108f7-52d1-4320-9bac-f847db4148a8\n",  // something after
-                                   "919108f752d143209bacf847db4148a8",        // no hyphens
-                                   "919108f75-2d1-4320-9bac-f847db4148a8",    // a hyphen elsewhere
-                                   "919108f7-52d1-4320-9bac_f847db4148a8",    // another separator
-                                   "g19108f7-52d1-4320-9bac-f847db4148a8",    // no hexadecimal digit
-                                   "-19108f7-52d1-4320-9bac-f847db4148a8"}) {
+    for (const std::string text :
+         {"", "919108f7-52d1-4320-9bac-f847db4148a", "919108f7-52d1-4320-9bac-f847db4148a8a",
+          "919108f7-52d1-4320-9bac-f847db4148a8\n", "919108f752d143209bacf847db4148a8",
+          "919108f75-2d1-4320-9bac-f847db4148a8", "919108f7-52d1-4320-9bac_f847db4148a8",
+          "g19108f7-52d1-4320-9bac-f847db4148a8", "-19108f7-52d1-4320-9bac-f847db4148a8"}) {
         EXPECT_FALSE(UUID::parse(text)) << '"' << text << '"';
     }
-    EXPECT_FALSE(UUID::parse(std::string(36, '\0')));
 }
 
 TEST(UUID, MarksRandomBytesAsVersion4AndLeavesTheRest) {
-    UUID::Bytes ones;
-    ones.fill(0xff);
-
     EXPECT_EQ(UUID::version4(UUID::Bytes{}).text(), "00000000-0000-4000-8000-000000000000");
+    const auto ones = UUID::parse("ffffffff-ffff-ffff-ffff-ffffffffffff")->bytes();
     EXPECT_EQ(UUID::version4(ones).text(), "ffffffff-ffff-4fff-bfff-ffffffffffff");
 }
 
