@@ -80,7 +80,7 @@ const TimelineCase partialRows("APartialTimelineHoldsChangedRowsAndClipsOnly", [
 
     const auto rows = changesSince(host, before)->allRows();
     ASSERT_EQ(idsOf(rows), (Ids{top, bottom})) << "from top to bottom";
-    EXPECT_EQ(idsOf(rows->front()->allInstances()), (Ids{inTop}));
+    ASSERT_EQ(idsOf(rows->front()->allInstances()), (Ids{inTop}));
     EXPECT_EQ(rows->front()->allInstances()->front()->row(), rows->front());
     EXPECT_EQ(idsOf(rows->back()->allInstances()), (Ids{inBottom})) << "a clip without length is one";
     EXPECT_TRUE(rows->back()->name() == "Goal" && rows->back()->color() == green);
@@ -111,25 +111,21 @@ const TimelineCase deletions("DeletionsAreListedFromTheirCountOnUnlessUndone", [
 
     EXPECT_EQ(changesSince(host, 0)->deletedInstanceIds(), (Ids{early, late}));
     EXPECT_EQ(changesSince(host, between)->deletedInstanceIds(), (Ids{late}));
-    EXPECT_EQ(changesSince(host, between)->deletedRowIds(), (Ids{}));
     EXPECT_EQ(idsOf(changesSince(host, between)->allRows()), (Ids{})) << "the rest stays";
     host.removeRow(row);
     EXPECT_EQ(changesSince(host, between)->deletedRowIds(), (Ids{row}));
     EXPECT_EQ(changesSince(host, between)->deletedInstanceIds(), (Ids{late, last})) << "its clips";
-    EXPECT_EQ(rowIds(host), (Ids{other}));
 
-    bool canUndo = false;
-    const auto changes = expectChange(host, "undo", [&] { canUndo = host.restoreRow(row); });
-    if (!canUndo) {
+    if (!host.restoreRow(row)) {
         GTEST_SKIP() << "this host has no undo";
     }
     EXPECT_EQ(rowIds(host), (Ids{row, other})) << "in its place";
     EXPECT_EQ(changesSince(host, between)->deletedRowIds(), (Ids{}));
     EXPECT_EQ(changesSince(host, between)->deletedInstanceIds(), (Ids{late})) << "deleted before its row";
-    EXPECT_EQ(idsOf(rowWithId(*changes, row)->allInstances()), (Ids{last}));
-    EXPECT_TRUE(host.restoreInstance(late));
+    EXPECT_EQ(clipsOf(*changesSince(host, between), row), (Ids{last}));
+    expectChange(host, "undo", [&] { EXPECT_TRUE(host.restoreInstance(late)); });
     EXPECT_EQ(changesSince(host, between)->deletedInstanceIds(), (Ids{}));
-    EXPECT_EQ(idsOf(rowWithId(*host.timeline(), row)->allInstances()), (Ids{late, last})) << "in its place";
+    EXPECT_EQ(clipsOf(*host.timeline(), row), (Ids{late, last})) << "in its place";
 });
 
 const TimelineCase reading("WhatWasReadStaysAsItWasAndReadable", [](TimelineFixture& host) {
@@ -141,17 +137,16 @@ const TimelineCase reading("WhatWasReadStaysAsItWasAndReadable", [](TimelineFixt
     const auto clips = row->allInstances();
     const auto partial = changesSince(host, 0);
     const auto partialRow = rowWithId(*partial, rowId);
-    const auto copy = partialRow->allInstances()->front();
+    ASSERT_EQ(clipsOf(*partial, rowId), (Ids{clipId}));
     const auto count = host.timeline()->modifyCount();
 
-    copy->setExternalId("moment-1");
+    partialRow->allInstances()->front()->setExternalId("moment-1");
     host.renameRow(rowId, "Goal");
     host.recolorRow(rowId, green);
     host.moveRow(other, 0);
     const auto added = host.addInstance(rowId, 3.0, 4.0);
     host.removeInstance(clipId);
     EXPECT_EQ(rowWithId(*host.timeline(), rowId), row) << "an object stays the same one over edits";
-    EXPECT_EQ(rowIds(host), (Ids{other, rowId}));
     host.removeRow(rowId);
 
     EXPECT_EQ(clips->front()->externalId(), std::nullopt) << "writing a copy leaves the live clip alone";
@@ -163,7 +158,6 @@ const TimelineCase reading("WhatWasReadStaysAsItWasAndReadable", [](TimelineFixt
     EXPECT_EQ(idsOf(partialRow->allInstances()), (Ids{clipId}));
     EXPECT_TRUE(partialRow->name() == "Shot" && partialRow->color() == red);
     EXPECT_EQ(partial->modifyCount(), count);
-    EXPECT_EQ(partial->deletedInstanceIds(), (Ids{}));
 });
 
 /// Finds races when it runs under the thread sanitizer, and torn states without it.

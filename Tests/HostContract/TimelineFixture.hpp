@@ -97,6 +97,12 @@ inline auto rowWithId(const TimelineProtocol& timeline, const std::string& rowId
     return withId(timeline.allRows(), rowId);
 }
 
+/// None when there is no such row.
+inline Ids clipsOf(const TimelineProtocol& timeline, const std::string& rowId) {
+    const auto row = rowWithId(timeline, rowId);
+    return row ? idsOf(row->allInstances()) : Ids();
+}
+
 inline auto instanceWithId(const TimelineProtocol& timeline, const std::string& row, const std::string& id) {
     return withId(rowWithId(timeline, row)->allInstances(), id);
 }
