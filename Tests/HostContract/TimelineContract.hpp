@@ -160,7 +160,7 @@ const TimelineCase reading("WhatWasReadStaysAsItWasAndReadable", [](TimelineFixt
     EXPECT_EQ(partial->modifyCount(), count);
 });
 
-/// Finds races when it runs under the thread sanitizer, and torn states without it.
+/// For the thread sanitizer: without it, few races show.
 const TimelineCase threads("ReadingIsSafeWhileTheMainThreadEdits", [](TimelineFixture& host) {
     const auto timeline = host.timeline();
     const auto steady = host.addRow("name 0", red);
