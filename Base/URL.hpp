@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Base/Export.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -10,7 +12,7 @@
 namespace Base {
 
 /// A URL as RFC 3986 writes it: a URI with a scheme. The text stays as it was given; nothing is decoded or normalised.
-class URL {
+class REMOTE_CODING_EXPORT URL {
 public:
     /// Reads a whole text by the RFC's grammar (`URI`, section 3); absent for anything else, relative references
     /// included. Beyond the grammar, a port is at most 65535, and `http` and `https` name a host (RFC 9110, section

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Components/RemoteCoding/HostInterfaces/GraphQLTaggingSessionProtocol.hpp"
+#include "Components/RemoteCoding/HostInterfaces/TevuGraphQLClientProtocol.hpp"
 
 #include <memory>
 #include <string>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Base/ExecutionProtocol.hpp"
-#include "Components/RemoteCoding/HostInterfaces/GraphQLTaggingSessionProtocol.hpp"
+#include "Components/RemoteCoding/HostInterfaces/TevuGraphQLClientProtocol.hpp"
 #include "Components/RemoteCoding/HostInterfaces/SyncLibraryProtocol.hpp"
 #include "Tests/HostContract/NamedHost.hpp"
 

@@ -85,7 +85,7 @@ void RemoteCodingComponent::fragmentDownloadComplete(const std::string& /*timeli
 
 void RemoteCodingComponent::streamURLs(const std::string& /*videoId*/,
                                        const std::vector<std::string>& /*streamIds*/,
-                                       Base::Completion<std::map<std::string, std::string>> completion) {
+                                       Base::Completion<std::map<std::string, Base::URL>> completion) {
     constexpr std::string_view function = "streamURLs(videoId:streamIds:)";
     logNotAvailable(function);
     failOnMainThread(environment_, function, std::move(completion));

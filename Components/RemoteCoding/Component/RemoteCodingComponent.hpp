@@ -86,7 +86,7 @@ public:
     void fragmentDownloadDidError(std::exception_ptr error, const std::string& timelineId) override;
     void fragmentDownloadComplete(const std::string& timelineId) override;
     void streamURLs(const std::string& videoId, const std::vector<std::string>& streamIds,
-                    Base::Completion<std::map<std::string, std::string>> completion) override;
+                    Base::Completion<std::map<std::string, Base::URL>> completion) override;
 
 private:
     struct Join;

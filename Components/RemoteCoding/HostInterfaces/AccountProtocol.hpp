@@ -1,7 +1,12 @@
 #pragma once
 
+#include "Base/Completion.hpp"
 #include "Base/Export.hpp"
+#include "Components/RemoteCoding/HostInterfaces/HostObject.hpp"
+#include "Components/RemoteCoding/HostInterfaces/ViewProtocol.hpp"
 
+#include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -15,6 +20,25 @@ struct TevuUser {
     std::string id;
 };
 
+namespace TevuLoginConstants::Configuration {
+
+/// The window in which a sign-in runs is closed when the user cancels it.
+inline constexpr const char* closeParentOnCancelKey = "closeParentOnCancel";
+
+}  // namespace TevuLoginConstants::Configuration
+
+/// One sign-in flow. Main thread only.
+class REMOTE_CODING_EXPORT TevuLoginCoordinatorProtocol : public HostObject {
+public:
+    /// Shows the flow in the view and lets the user sign in. `configuration`: options by the keys of
+    /// `TevuLoginConstants::Configuration`. The completion is called once, on any thread: with the first user who signs
+    /// in, with none when the flow ends without one, or with an error. Closing the view's window ends the flow.
+    /// Called once; the coordinator is held by its maker until it completes.
+    virtual void start(const std::shared_ptr<ViewProtocol>& inView,
+                       const std::map<std::string, bool>& configuration,
+                       Base::Completion<std::optional<TevuUser>> completion) = 0;
+};
+
 /// The host's account service.
 class REMOTE_CODING_EXPORT AccountProtocol {
 public:
@@ -22,6 +46,9 @@ public:
 
     /// Main thread. The signed-in user; absent when nobody is signed in.
     [[nodiscard]] virtual std::optional<TevuUser> user() const = 0;
+
+    /// Main thread. A sign-in flow that has not started yet; null when the host has none.
+    [[nodiscard]] virtual std::shared_ptr<TevuLoginCoordinatorProtocol> makeLoginCoordinator() = 0;
 };
 
 }  // namespace RemoteCoding

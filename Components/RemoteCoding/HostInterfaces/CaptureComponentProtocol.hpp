@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace RemoteCoding {
 
@@ -17,6 +18,12 @@ class REMOTE_CODING_EXPORT CaptureDeviceProtocol : public HostObject {
 public:
     /// Main thread. The feed's name for people.
     [[nodiscard]] virtual std::string localizedName() const = 0;
+
+    /// Main thread. Tells one feed from another; never changes.
+    [[nodiscard]] virtual const std::string& uniqueID() const = 0;
+
+    /// Main thread. An RTP stream that is not described by SDP, which only the enhanced capture can publish.
+    [[nodiscard]] virtual bool isRTPWithoutSDP() const = 0;
 };
 
 /// An opened publish session of the cloud service.
@@ -36,6 +43,15 @@ public:
     captureToTevuLibraryWithPublishSession(std::shared_ptr<PublishSessionProtocol> publishSession,
                                            const std::string& teamId,
                                            std::shared_ptr<CaptureDeviceProtocol> device) = 0;
+
+    /// Ends the capture, and what is published of it.
+    virtual void endCapturing() = 0;
+
+    /// Shows the window in which the user starts a capture.
+    virtual void openOrFocusCaptureWindow() = 0;
+
+    /// The feeds that are chosen in the capture window, in its order.
+    [[nodiscard]] virtual std::vector<std::shared_ptr<CaptureDeviceProtocol>> selectedCaptureDevices() = 0;
 };
 
 }  // namespace RemoteCoding

@@ -51,7 +51,4 @@ public:
                                      ChangeHandler changeHandler, ErrorHandler errorHandler) = 0;
 };
 
-/// The host's client of the cloud service's GraphQL interface.
-class REMOTE_CODING_EXPORT TevuGraphQLClientProtocol : public GraphQLTaggingSessionProtocol {};
-
 }  // namespace RemoteCoding

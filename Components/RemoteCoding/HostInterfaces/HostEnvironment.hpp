@@ -3,16 +3,20 @@
 #include "Base/ExecutionProtocol.hpp"
 #include "Components/RemoteCoding/HostInterfaces/AccountProtocol.hpp"
 #include "Components/RemoteCoding/HostInterfaces/ComponentLocatorProtocol.hpp"
-#include "Components/RemoteCoding/HostInterfaces/GraphQLTaggingSessionProtocol.hpp"
 #include "Components/RemoteCoding/HostInterfaces/LogManagerProtocol.hpp"
 #include "Components/RemoteCoding/HostInterfaces/NotificationCenterProtocol.hpp"
 #include "Components/RemoteCoding/HostInterfaces/SyncLibraryProtocol.hpp"
 #include "Components/RemoteCoding/HostInterfaces/SynchronisationObserverProtocol.hpp"
+#include "Components/RemoteCoding/HostInterfaces/TevuGraphQLClientProtocol.hpp"
+#include "Components/RemoteCoding/HostInterfaces/TevuTeamServiceProtocol.hpp"
 #include "Components/RemoteCoding/HostInterfaces/UUIDSourceProtocol.hpp"
 #include "Components/RemoteCoding/HostInterfaces/UserDefaultsProtocol.hpp"
+#include "Components/RemoteCoding/HostInterfaces/WindowingProtocol.hpp"
 
 #include <cstddef>
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace Base {
 class TaskScope;
@@ -64,7 +68,11 @@ struct HostEnvironment {
     AccountProtocol& account;
     std::shared_ptr<TevuGraphQLClientProtocol> graphQLClient;  ///< never null
     SyncLibraryProtocol& syncLibrary;
+    std::shared_ptr<TevuTeamServiceProtocol> teamService;  ///< never null
+    WindowingProtocol& windowing;
     UUIDSourceProtocol& uuids;
+    std::vector<std::string>
+        languages{};  ///< the user's, best first, as BCP 47 tags; English where none of them is there
     SynchronisationObserverProtocol* synchronisationObserver = nullptr;  ///< optional
 
     UnfinishedTasks tasks{};

@@ -65,6 +65,14 @@ inline constexpr const char* liveShareDidComplete = "TimelineNotifications.liveS
 
 }  // namespace TimelineNotifications
 
+/// Posted by the host's toolkit on the main thread.
+namespace WindowNotifications {
+
+/// A window is about to close. Object: the `WindowProtocol`.
+inline constexpr const char* windowWillClose = "WindowNotifications.windowWillClose";
+
+}  // namespace WindowNotifications
+
 namespace Notifications {
 
 /// Posted by the host: the user's own stream changed its state. User info: "status", a `StreamingStatus`.

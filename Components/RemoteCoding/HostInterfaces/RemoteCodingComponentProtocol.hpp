@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Base/Completion.hpp"
+#include "Base/URL.hpp"
 #include "Components/RemoteCoding/HostInterfaces/CaptureComponentProtocol.hpp"
 #include "Components/RemoteCoding/HostInterfaces/RemoteCodingSessionDetails.hpp"
 #include "Components/RemoteCoding/HostInterfaces/SharedVideo.hpp"
@@ -79,7 +80,7 @@ public:
 
     /// Not yet. The playback URL of each of these streams of the video, by stream id.
     virtual void streamURLs(const std::string& videoId, const std::vector<std::string>& streamIds,
-                            Base::Completion<std::map<std::string, std::string>> completion) = 0;
+                            Base::Completion<std::map<std::string, Base::URL>> completion) = 0;
 };
 
 }  // namespace RemoteCoding

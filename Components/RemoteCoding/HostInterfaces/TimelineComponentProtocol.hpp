@@ -35,6 +35,16 @@ public:
         const std::vector<ShareFile>& shareFiles, std::shared_ptr<WindowProtocol> window,
         std::optional<std::string> directoryURL,
         std::function<void(std::optional<std::string> videoId)> completionHandler) = 0;
+
+    /// The timeline in which the user works; null when none is open.
+    [[nodiscard]] virtual std::shared_ptr<TimelineProtocol> frontTimeline() = 0;
+
+    /// Whether the window shows a timeline. `window` is one of `WindowingProtocol::applicationWindows`.
+    [[nodiscard]] virtual bool isTimelineWindow(const std::shared_ptr<WindowProtocol>& window) = 0;
+
+    /// Ends the live share that the timeline shows; its timeline stays open. Nothing happens for an absent id or for a timeline that
+    /// shows none.
+    virtual void stopLiveShareWithTimelineId(const std::optional<std::string>& timelineId) = 0;
 };
 
 }  // namespace RemoteCoding

@@ -21,6 +21,9 @@ namespace UserDefaultsKeys {
 /// Sessions share their timelines. Read when a session is created or joined.
 inline constexpr const char* enableSharedTimelines = "enableSharedTimelines";
 
+/// Feeds that only the enhanced capture can publish are not offered. Read when the feeds are listed.
+inline constexpr const char* disableEnhancedCapture = "disableEnhancedCapture";
+
 }  // namespace UserDefaultsKeys
 
 }  // namespace RemoteCoding

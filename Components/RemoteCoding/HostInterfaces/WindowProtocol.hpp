@@ -1,10 +1,58 @@
 #pragma once
 
 #include "Components/RemoteCoding/HostInterfaces/HostObject.hpp"
+#include "Components/RemoteCoding/HostInterfaces/ViewProtocol.hpp"
+
+#include <cstddef>
+#include <memory>
+#include <string>
 
 namespace RemoteCoding {
 
-/// A window of the host's toolkit.
-class REMOTE_CODING_EXPORT WindowProtocol : public HostObject {};
+/// A window of the host's toolkit. Main thread only.
+class REMOTE_CODING_EXPORT WindowProtocol : public HostObject {
+public:
+    /// What stands in the title bar; of a document's window often the path of its file.
+    [[nodiscard]] virtual std::string title() const = 0;
+
+    /// Opens the window, or brings it to the front when it is open.
+    virtual void show() = 0;
+
+    /// From `show` until it closes.
+    [[nodiscard]] virtual bool isVisible() const = 0;
+
+    /// Closes the window as if the user had pressed its close button: posts `WindowNotifications::windowWillClose`, then
+    /// hides it, both before this returns. Nothing happens when it is closed already. `sender`: the control behind it,
+    /// may be null.
+    virtual void performClose(const std::shared_ptr<HostObject>& sender) = 0;
+
+    /// The area that holds the window's controls.
+    [[nodiscard]] virtual std::shared_ptr<ViewProtocol> contentView() const = 0;
+
+    /// The control that the window's layout connects to this outlet; null when there is none.
+    [[nodiscard]] virtual std::shared_ptr<ViewProtocol> outlet(const std::string& name) const = 0;
+};
+
+/// What the controls of a window report to: the window's controller. Called on the main thread, never inside a call of
+/// the component into the toolkit, except that a table may ask for rows and cells inside `reloadData`.
+class REMOTE_CODING_EXPORT WindowOwnerProtocol : public HostObject {
+public:
+    /// The user used a control. `action`: the operation that the layout names for it. `sender`: the control; may be null.
+    virtual void perform(const std::string& action, const std::shared_ptr<ViewProtocol>& sender) = 0;
+
+    /// The user changed the text of a field. `control`: the field.
+    virtual void controlTextDidChange(const std::shared_ptr<ViewProtocol>& control) = 0;
+
+    [[nodiscard]] virtual std::size_t
+    numberOfRowsInTableView(const std::shared_ptr<TableViewProtocol>& tableView) = 0;
+
+    /// The cell of that column and row; null for an empty one. Rows count from 0.
+    [[nodiscard]] virtual std::shared_ptr<ViewProtocol>
+    tableView(const std::shared_ptr<TableViewProtocol>& tableView, const std::string& viewForTableColumn,
+              std::size_t row) = 0;
+
+    /// The user selected another row, or none; also told when a reload took the selected row away.
+    virtual void tableViewSelectionDidChange(const std::shared_ptr<TableViewProtocol>& tableView) = 0;
+};
 
 }  // namespace RemoteCoding
