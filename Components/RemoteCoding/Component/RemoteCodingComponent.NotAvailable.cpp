@@ -2,7 +2,7 @@
 
 #include "Components/RemoteCoding/Component/RemoteCodingComponent.hpp"
 
-#include "Components/RemoteCoding/Component/HostCalls.hpp"
+#include "Components/RemoteCoding/Models/HostCalls.hpp"
 
 #include <stdexcept>
 #include <utility>

@@ -1,6 +1,6 @@
 #include "Components/RemoteCoding/Component/RemoteCodingComponent.hpp"
 
-#include "Components/RemoteCoding/Component/HostCalls.hpp"
+#include "Components/RemoteCoding/Models/HostCalls.hpp"
 #include "Components/RemoteCoding/Models/RemoteCodingSession.hpp"
 
 #include <any>

@@ -1,7 +1,7 @@
 #include "Components/RemoteCoding/Component/RemoteCodingComponent.hpp"
 
 #include "Components/RemoteCoding/Component/EnvironmentGate.hpp"
-#include "Components/RemoteCoding/Component/HostCalls.hpp"
+#include "Components/RemoteCoding/Models/HostCalls.hpp"
 #include "Components/RemoteCoding/Models/RemoteCodingSession.hpp"
 #include "Components/RemoteCoding/Services/TimelineUploadService.hpp"
 

@@ -2,7 +2,7 @@
 
 #include "Base/Error.hpp"
 #include "Components/RemoteCoding/Models/ErrorLog.hpp"
-#include "Components/RemoteCoding/Services/SynchronisationLimits.hpp"
+#include "Components/RemoteCoding/Models/Limits.hpp"
 
 namespace RemoteCoding {
 

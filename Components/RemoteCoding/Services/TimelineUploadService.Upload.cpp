@@ -3,8 +3,8 @@
 #include "Base/Await.hpp"
 #include "Base/Error.hpp"
 #include "Components/RemoteCoding/Models/ErrorLog.hpp"
+#include "Components/RemoteCoding/Models/Limits.hpp"
 #include "Components/RemoteCoding/Services/LiveInstanceIndex.hpp"
-#include "Components/RemoteCoding/Services/SynchronisationLimits.hpp"
 
 #include <algorithm>
 

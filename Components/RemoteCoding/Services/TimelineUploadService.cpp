@@ -6,7 +6,7 @@
 #include "Base/TaskScope.hpp"
 #include "Base/Threading.hpp"
 #include "Components/RemoteCoding/Models/ErrorLog.hpp"
-#include "Components/RemoteCoding/Services/SynchronisationLimits.hpp"
+#include "Components/RemoteCoding/Models/Limits.hpp"
 
 #include <algorithm>
 #include <cmath>
