@@ -13,7 +13,9 @@
 #include "Components/RemoteCoding/HostInterfaces/UserDefaultsProtocol.hpp"
 #include "Components/RemoteCoding/HostInterfaces/WindowingProtocol.hpp"
 
+#include <chrono>
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -74,6 +76,9 @@ struct HostEnvironment {
     std::vector<std::string>
         languages{};  ///< the user's, best first, as BCP 47 tags; English where none of them is there
     SynchronisationObserverProtocol* synchronisationObserver = nullptr;  ///< optional
+
+    /// The time now, for a host whose clock is not the system's; asked on the main thread. The system's when empty.
+    std::function<std::chrono::sys_time<std::chrono::microseconds>()> now{};
 
     UnfinishedTasks tasks{};
 };
