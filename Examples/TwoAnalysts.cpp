@@ -76,7 +76,7 @@ int main() {
     const auto match = ann.host.startCapture("Cup match");
     const auto attack = match->addRow("Attack", Base::Color(200, 30, 30));
     const auto created = ann.component->createNewRemoteCodingSession(
-        "Cup match, live", std::make_shared<ReferenceHost::PublishSession>("video-1"), "team-1",
+        "Cup match, live", ReferenceHost::makePublishSession("video-1"), "team-1",
         std::make_shared<ReferenceHost::CaptureDevice>("Main camera"));
     if (!created.succeeded()) {
         std::cerr << "The session could not be created\n";
@@ -90,7 +90,7 @@ int main() {
     ben.component->joinRemoteCodingSession(shareFile, "Main camera", "video-1", "team-1",
                                            cloud.primarySessionOf("video-1"));
     time.runFor(10s);
-    const auto shared = ben.host.timelines().frontTimeline();
+    const auto shared = ben.host.timelines().timelineInFront();
 
     // Both code at the same time.
     match->addInstance(attack->uniqueId(), 12.0, 17.5);

@@ -1,32 +1,46 @@
 #pragma once
 
+#include "Base/ExecutionProtocol.hpp"
 #include "Components/RemoteCoding/HostInterfaces/AccountProtocol.hpp"
 #include "ReferenceHost/Timeline/CallRecorder.hpp"
 
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace ReferenceHost {
 
-/// Who is signed in. Main thread only.
-class Account final : public RemoteCoding::AccountProtocol {
+class LoginCoordinator;
+
+/// Who is signed in. Main thread only. Made as a `std::shared_ptr`; its sign-in flows hold it weakly.
+class Account final : public RemoteCoding::AccountProtocol, public std::enable_shared_from_this<Account> {
 public:
-    explicit Account(CallRecorder recordCall = {}) : recordCall_(std::move(recordCall)) {}
+    /// `execution` outlives the account.
+    explicit Account(Base::ExecutionProtocol& execution, CallRecorder recordCall = {})
+        : execution_(execution), recordCall_(std::move(recordCall)) {}
 
-    [[nodiscard]] std::optional<RemoteCoding::TevuUser> user() const override {
-        if (recordCall_) {
-            recordCall_("user", {});
-        }
-        return user_;
-    }
+    // AccountProtocol
+    [[nodiscard]] std::optional<RemoteCoding::TevuUser> user() const override;
+    [[nodiscard]] std::shared_ptr<RemoteCoding::TevuLoginCoordinatorProtocol> makeLoginCoordinator() override;
 
-    void signIn(std::string userId) { user_.emplace(std::move(userId)); }
+    /// Also ends all sign-in flows that run, with this user.
+    void signIn(const std::string& userId);
     void signOut() { user_.reset(); }
 
+    /// Called by `signIn` before any flow ends, for whoever keeps the user's tokens.
+    std::function<void(const std::string& userId)> didSignIn;
+
+    /// A fault on demand: there is no sign-in flow.
+    bool hasNoLoginCoordinator = false;
+
 private:
+    Base::ExecutionProtocol& execution_;
     CallRecorder recordCall_;
     std::optional<RemoteCoding::TevuUser> user_;
+    std::vector<std::weak_ptr<LoginCoordinator>> coordinators_;
 };
 
 }  // namespace ReferenceHost

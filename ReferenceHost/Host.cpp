@@ -24,29 +24,35 @@ Host::Host(std::string name, ReportingExecution& execution, CloudService& servic
       logManager_(name_, &trace, std::move(options.logSink)),
       notificationCenter_(name_, &trace),
       userDefaults_(callRecorder()),
-      account_(callRecorder()),
+      account_(std::make_shared<Account>(execution, callRecorder())),
+      windowing_(std::make_shared<HeadlessWindowing>(execution, notificationCenter_, name_, &trace)),
       timelines_(std::make_shared<TimelineComponent>(
-          execution, notificationCenter_, [this] { return uuids_.makeUUID(); }, callRecorder())),
-      capture_(std::make_shared<CaptureComponent>(execution, notificationCenter_, callRecorder())),
+          execution, notificationCenter_, *windowing_, [this] { return uuids_.makeUUID(); }, callRecorder())),
+      capture_(
+          std::make_shared<CaptureComponent>(execution, notificationCenter_, *windowing_, callRecorder())),
       cloudClient_(std::make_unique<CloudClient>(service, execution, trace, name_,
                                                  seeded(options.network, options.seed, name_))),
       observer_(name_, trace) {
+    capture_->didEndCapturing = [this] { timelines_->setCapturingTimeline(std::nullopt); };
     locator_.setTimelineComponent(timelines_);
     locator_.setCaptureComponent(capture_);
     userDefaults_.setBool(RemoteCoding::UserDefaultsKeys::enableSharedTimelines,
                           options.enableSharedTimelines);
     if (options.userId) {
-        account_.signIn(*std::move(options.userId));
+        account_->signIn(*options.userId);
     }
     environment_.reset(new RemoteCoding::HostEnvironment{.execution = execution_,
                                                          .componentLocator = locator_,
                                                          .notificationCenter = notificationCenter_,
                                                          .userDefaults = userDefaults_,
                                                          .logManager = logManager_,
-                                                         .account = account_,
+                                                         .account = *account_,
                                                          .graphQLClient = cloudClient_->graphQLClient(),
                                                          .syncLibrary = cloudClient_->syncLibrary(),
+                                                         .teamService = cloudClient_->teamService(),
+                                                         .windowing = *windowing_,
                                                          .uuids = uuids_,
+                                                         .languages = std::move(options.languages),
                                                          .synchronisationObserver = &observer_});
 }
 
@@ -59,10 +65,7 @@ std::shared_ptr<Timeline> Host::startCapture(const std::string& title) {
     return timeline;
 }
 
-void Host::stopCapture() {
-    capture_->stopCapturing();
-    timelines_->setCapturingTimeline(std::nullopt);
-}
+void Host::stopCapture() { capture_->stopCapturing(); }
 
 std::shared_ptr<Timeline> Host::openTimeline(const std::string& title) {
     return timelines_->openTimeline(title, uuids_.makeUUID());

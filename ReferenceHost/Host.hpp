@@ -13,11 +13,13 @@
 #include "ReferenceHost/TracingObserver.hpp"
 #include "ReferenceHost/UUIDSource.hpp"
 #include "ReferenceHost/UserDefaults.hpp"
+#include "ReferenceHost/Windowing/HeadlessWindowing.hpp"
 
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace ReferenceHost {
 
@@ -26,6 +28,7 @@ class CloudService;
 struct HostOptions {
     std::optional<std::string> userId;  ///< who is signed in; nobody when absent
     bool enableSharedTimelines = true;
+    std::vector<std::string> languages;  ///< as `HostEnvironment::languages`
 
     /// What this host draws follows from it and from the host's name: identifiers, latencies.
     std::uint64_t seed = 1;
@@ -65,8 +68,8 @@ public:
 
     // What the user does.
 
-    void signIn(std::string userId) { account_.signIn(std::move(userId)); }
-    void signOut() { account_.signOut(); }
+    void signIn(const std::string& userId) { account_->signIn(userId); }
+    void signOut() { account_->signOut(); }
 
     /// Captures onto a new timeline of that title.
     std::shared_ptr<Timeline> startCapture(const std::string& title);
@@ -85,6 +88,8 @@ public:
     // The parts, for what is not above.
 
     [[nodiscard]] ReportingExecution& execution() { return execution_; }
+    [[nodiscard]] Account& account() { return *account_; }
+    [[nodiscard]] HeadlessWindowing& windowing() { return *windowing_; }
     [[nodiscard]] TimelineComponent& timelines() { return *timelines_; }
     [[nodiscard]] CaptureComponent& capture() { return *capture_; }
     [[nodiscard]] ComponentLocator& locator() { return locator_; }
@@ -112,7 +117,8 @@ private:
     LogManager logManager_;
     NotificationCenter notificationCenter_;
     UserDefaults userDefaults_;
-    Account account_;
+    std::shared_ptr<Account> account_;
+    std::shared_ptr<HeadlessWindowing> windowing_;
     std::shared_ptr<TimelineComponent> timelines_;
     std::shared_ptr<CaptureComponent> capture_;
     ComponentLocator locator_;

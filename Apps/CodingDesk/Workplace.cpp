@@ -55,9 +55,9 @@ void Workplace::publish(const SessionAddress& address, const std::vector<Planned
         timeline->addRow(row.name, row.color);
     }
     component_
-        ->createNewRemoteCodingSession(
-            address.name, std::make_shared<ReferenceHost::PublishSession>(address.videoId), address.teamId,
-            std::make_shared<ReferenceHost::CaptureDevice>(cameraName))
+        ->createNewRemoteCodingSession(address.name, ReferenceHost::makePublishSession(address.videoId),
+                                       address.teamId,
+                                       std::make_shared<ReferenceHost::CaptureDevice>(cameraName))
         .value();
 }
 

@@ -7,10 +7,21 @@ namespace ReferenceHost {
 using RemoteCoding::Notification;
 using RemoteCoding::StreamingStatus;
 
+std::shared_ptr<RemoteCoding::PublishSession> makePublishSession(const std::string& videoId) {
+    return std::make_shared<RemoteCoding::PublishSession>(
+        "publish session of " + videoId, "stream of " + videoId,
+        RemoteCoding::PublishSessionCredentials("access key", "secret key", "token", "publish.example",
+                                                "stream key", 3600),
+        "region", videoId, "Video " + videoId);
+}
+
 CaptureComponent::CaptureComponent(Base::ExecutionProtocol& execution,
                                    RemoteCoding::NotificationCenterProtocol& notifications,
-                                   CallRecorder recordCall)
-    : execution_(execution), notifications_(notifications), recordCall_(std::move(recordCall)) {}
+                                   HeadlessWindowing& windowing, CallRecorder recordCall)
+    : execution_(execution),
+      notifications_(notifications),
+      windowing_(windowing),
+      recordCall_(std::move(recordCall)) {}
 
 Base::Result<void> CaptureComponent::captureToTevuLibraryWithPublishSession(
     std::shared_ptr<RemoteCoding::PublishSessionProtocol> publishSession, const std::string& teamId,
@@ -34,9 +45,36 @@ Base::Result<void> CaptureComponent::captureToTevuLibraryWithPublishSession(
     return {};
 }
 
+void CaptureComponent::endCapturing() {
+    if (recordCall_) {
+        recordCall_("endCapturing", {});
+    }
+    stopCapturing();
+}
+
+void CaptureComponent::openOrFocusCaptureWindow() {
+    if (recordCall_) {
+        recordCall_("openOrFocusCaptureWindow", {});
+    }
+    if (!window_) {
+        window_ = windowing_.makePlainWindow("Capture");
+    }
+    window_->show();
+}
+
+std::vector<std::shared_ptr<RemoteCoding::CaptureDeviceProtocol>> CaptureComponent::selectedCaptureDevices() {
+    return {devices_.begin(), devices_.end()};
+}
+
 void CaptureComponent::stopCapturing() {
+    if (!isCapturing_) {
+        return;
+    }
     isCapturing_ = false;
     stopPublishing();
+    if (didEndCapturing) {
+        didEndCapturing();
+    }
 }
 
 void CaptureComponent::stopPublishing() {

@@ -3,34 +3,41 @@
 #include "Base/ExecutionProtocol.hpp"
 #include "Components/RemoteCoding/HostInterfaces/CaptureComponentProtocol.hpp"
 #include "Components/RemoteCoding/HostInterfaces/NotificationCenterProtocol.hpp"
+#include "Components/RemoteCoding/HostInterfaces/PublishSession.hpp"
 #include "ReferenceHost/Timeline/CallRecorder.hpp"
+#include "ReferenceHost/Windowing/HeadlessWindowing.hpp"
 
 #include <cstdint>
 #include <exception>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace ReferenceHost {
 
 class CaptureDevice final : public RemoteCoding::CaptureDeviceProtocol {
 public:
-    explicit CaptureDevice(std::string localizedName) : localizedName_(std::move(localizedName)) {}
+    /// Without an id of its own its name tells it from the others.
+    explicit CaptureDevice(std::string localizedName, std::string uniqueID = {}, bool isRTPWithoutSDP = false)
+        : localizedName_(std::move(localizedName)),
+          uniqueID_(uniqueID.empty() ? localizedName_ : std::move(uniqueID)),
+          isRTPWithoutSDP_(isRTPWithoutSDP) {}
+
     [[nodiscard]] std::string localizedName() const override { return localizedName_; }
+    [[nodiscard]] const std::string& uniqueID() const override { return uniqueID_; }
+    [[nodiscard]] bool isRTPWithoutSDP() const override { return isRTPWithoutSDP_; }
 
 private:
     std::string localizedName_;
+    std::string uniqueID_;
+    bool isRTPWithoutSDP_;
 };
 
-class PublishSession final : public RemoteCoding::PublishSessionProtocol {
-public:
-    explicit PublishSession(std::string videoId) : videoId_(std::move(videoId)) {}
-    [[nodiscard]] const std::string& videoId() const override { return videoId_; }
-
-private:
-    std::string videoId_;
-};
+/// A publish session that no service has opened, for that video.
+[[nodiscard]] std::shared_ptr<RemoteCoding::PublishSession> makePublishSession(const std::string& videoId);
 
 /// The host's capture and the stream that it publishes. Main thread only. Made as a `std::shared_ptr`; jobs
 /// that it has posted hold it weakly.
@@ -46,7 +53,8 @@ public:
     };
 
     CaptureComponent(Base::ExecutionProtocol& execution,
-                     RemoteCoding::NotificationCenterProtocol& notifications, CallRecorder recordCall = {});
+                     RemoteCoding::NotificationCenterProtocol& notifications, HeadlessWindowing& windowing,
+                     CallRecorder recordCall = {});
 
     // CaptureComponentProtocol
     [[nodiscard]] bool isCapturing() override { return isCapturing_; }
@@ -56,12 +64,19 @@ public:
     Base::Result<void> captureToTevuLibraryWithPublishSession(
         std::shared_ptr<RemoteCoding::PublishSessionProtocol> publishSession, const std::string& teamId,
         std::shared_ptr<RemoteCoding::CaptureDeviceProtocol> device) override;
+    void endCapturing() override;
+    void openOrFocusCaptureWindow() override;
+    [[nodiscard]] std::vector<std::shared_ptr<RemoteCoding::CaptureDeviceProtocol>>
+    selectedCaptureDevices() override;
 
     // The user's side, and the world's.
     void startCapturing() { isCapturing_ = true; }
 
     /// Ends the publication too, if there is one.
     void stopCapturing();
+
+    /// The feeds that are chosen in the capture window, in its order.
+    void chooseDevices(std::vector<std::shared_ptr<CaptureDevice>> devices) { devices_ = std::move(devices); }
 
     /// Ends the publication: posts `stopped`. The capture goes on.
     void stopPublishing();
@@ -72,6 +87,8 @@ public:
 
     [[nodiscard]] const std::optional<Publication>& publication() const { return publication_; }
 
+    std::function<void()> didEndCapturing;  ///< called after a running capture has ended
+
     std::exception_ptr refusal;          ///< set: publishing fails with it
     Base::Seconds connectingTime{0.25};  ///< from `starting` to `live`
 
@@ -81,7 +98,10 @@ private:
 
     Base::ExecutionProtocol& execution_;
     RemoteCoding::NotificationCenterProtocol& notifications_;
+    HeadlessWindowing& windowing_;
     CallRecorder recordCall_;
+    std::shared_ptr<HeadlessWindow> window_;  // null until it is opened
+    std::vector<std::shared_ptr<CaptureDevice>> devices_;
     bool isCapturing_ = false;
     std::optional<Publication> publication_;
     std::uint64_t publicationNumber_ = 0;  // tells late jobs that their publication is over

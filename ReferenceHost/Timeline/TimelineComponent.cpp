@@ -3,6 +3,7 @@
 #include "Base/Error.hpp"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace ReferenceHost {
@@ -13,9 +14,11 @@ namespace TimelineNotifications = RemoteCoding::TimelineNotifications;
 
 TimelineComponent::TimelineComponent(Base::ExecutionProtocol& execution,
                                      RemoteCoding::NotificationCenterProtocol& notifications,
-                                     std::function<std::string()> makeId, CallRecorder recordCall)
+                                     HeadlessWindowing& windowing, std::function<std::string()> makeId,
+                                     CallRecorder recordCall)
     : execution_(execution),
       notifications_(notifications),
+      windowing_(windowing),
       makeId_(std::move(makeId)),
       recordCall_(std::move(recordCall)) {}
 
@@ -30,9 +33,9 @@ std::shared_ptr<TimelineProtocol> TimelineComponent::timelineWith(const std::str
 }
 
 std::shared_ptr<TimelineProtocol> TimelineComponent::getTimelineWithVideoId(const std::string& videoId) {
-    const auto found = std::find_if(timelines_.begin(), timelines_.end(),
-                                    [&](const auto& timeline) { return timeline->videoId() == videoId; });
-    return found != timelines_.end() ? *found : nullptr;
+    const auto found =
+        std::ranges::find_if(open_, [&](const Open& open) { return open.timeline->videoId() == videoId; });
+    return found != open_.end() ? found->timeline : nullptr;
 }
 
 Base::Result<void> TimelineComponent::openLiveShareWithShareFiles(
@@ -77,17 +80,44 @@ void TimelineComponent::liveShareIsOpen(
         if (behaviour.opensTimeline && behaviour.timelineLag > Base::Seconds(0)) {
             execution_.postToMainAfter(behaviour.timelineLag, [weakSelf = weak_from_this(), title, videoId] {
                 if (const auto self = weakSelf.lock()) {
-                    self->openTimeline(title, videoId);
+                    self->openLiveShare(title, *videoId);
                 }
             });
         } else if (behaviour.opensTimeline) {
-            openTimeline(title, videoId);
+            openLiveShare(title, *videoId);
         }
     }
     if (behaviour.completesInBackground) {
         execution_.postToBackground([completionHandler, videoId] { completionHandler(videoId); });
     } else {
         completionHandler(videoId);
+    }
+}
+
+void TimelineComponent::openLiveShare(const std::string& title, const std::string& videoId) {
+    openTimeline(title, videoId);
+    open_.back().showsLiveShare = true;
+}
+
+std::shared_ptr<TimelineProtocol> TimelineComponent::frontTimeline() {
+    if (recordCall_) {
+        recordCall_("frontTimeline", {});
+    }
+    return timelineInFront();
+}
+
+bool TimelineComponent::isTimelineWindow(const std::shared_ptr<RemoteCoding::WindowProtocol>& window) {
+    return std::ranges::any_of(open_, [&](const Open& open) { return open.window == window; });
+}
+
+void TimelineComponent::stopLiveShareWithTimelineId(const std::optional<std::string>& timelineId) {
+    if (recordCall_) {
+        recordCall_("stopLiveShareWithTimelineId", {{"timelineId", timelineId.value_or("")}});
+    }
+    for (Open& open : open_) {
+        if (open.timeline->uniqueId() == timelineId) {
+            open.showsLiveShare = false;
+        }
     }
 }
 
@@ -123,8 +153,14 @@ std::shared_ptr<Timeline> TimelineComponent::openTimeline(const std::string& tit
         }
     };
     auto timeline = Timeline::make(std::move(options));
-    timelines_.push_back(timeline);
-    bringToFront(timeline->uniqueId());
+    auto window = windowing_.makePlainWindow(title);
+    window->didClose = [weakSelf = weak_from_this(), id = timeline->uniqueId()] {
+        if (const auto self = weakSelf.lock()) {
+            self->closeTimeline(id);
+        }
+    };
+    open_.emplace_back(timeline, window);
+    window->show();
     return timeline;
 }
 
@@ -133,17 +169,13 @@ bool TimelineComponent::closeTimeline(const std::string& timelineId) {
     if (!timeline) {
         return false;
     }
+    const auto window = windowOf(timelineId);
     notifications_.post(Notification(TimelineNotifications::timelineDidRemove, timeline));
-    std::erase(timelines_, timeline);
+    std::erase_if(open_, [&](const Open& open) { return open.timeline == timeline; });
     if (capturingTimelineId_ == timelineId) {
         capturingTimelineId_.reset();
     }
-    if (frontTimelineId_ == timelineId) {
-        frontTimelineId_.reset();
-        if (!timelines_.empty()) {
-            frontTimelineId_ = timelines_.back()->uniqueId();
-        }
-    }
+    window->performClose(nullptr);
     return true;
 }
 
@@ -152,22 +184,47 @@ void TimelineComponent::completeLiveShare(const std::string& timelineId) {
         Notification(TimelineNotifications::liveShareDidComplete, nullptr, {{"timelineId", timelineId}}));
 }
 
-std::shared_ptr<Timeline> TimelineComponent::findTimeline(const std::string& timelineId) const {
-    const auto found = std::find_if(timelines_.begin(), timelines_.end(),
-                                    [&](const auto& timeline) { return timeline->uniqueId() == timelineId; });
-    return found != timelines_.end() ? *found : nullptr;
+const TimelineComponent::Open* TimelineComponent::find(const std::string& timelineId) const {
+    const auto found = std::ranges::find_if(
+        open_, [&](const Open& open) { return open.timeline->uniqueId() == timelineId; });
+    return found != open_.end() ? &*found : nullptr;
 }
 
-std::vector<std::shared_ptr<Timeline>> TimelineComponent::openTimelines() const { return timelines_; }
+std::shared_ptr<Timeline> TimelineComponent::findTimeline(const std::string& timelineId) const {
+    const Open* open = find(timelineId);
+    return open != nullptr ? open->timeline : nullptr;
+}
 
-std::shared_ptr<Timeline> TimelineComponent::frontTimeline() const {
-    return frontTimelineId_ ? findTimeline(*frontTimelineId_) : nullptr;
+std::vector<std::shared_ptr<Timeline>> TimelineComponent::openTimelines() const {
+    std::vector<std::shared_ptr<Timeline>> timelines;
+    std::ranges::transform(open_, std::back_inserter(timelines), &Open::timeline);
+    return timelines;
+}
+
+std::shared_ptr<Timeline> TimelineComponent::timelineInFront() const {
+    for (const auto& window : windowing_.visibleWindows()) {
+        const auto found = std::ranges::find(open_, window, &Open::window);
+        if (found != open_.end()) {
+            return found->timeline;
+        }
+    }
+    return nullptr;
 }
 
 void TimelineComponent::bringToFront(const std::string& timelineId) {
-    if (findTimeline(timelineId)) {
-        frontTimelineId_ = timelineId;
+    if (const auto window = windowOf(timelineId)) {
+        window->show();
     }
+}
+
+std::shared_ptr<HeadlessWindow> TimelineComponent::windowOf(const std::string& timelineId) const {
+    const Open* open = find(timelineId);
+    return open != nullptr ? open->window : nullptr;
+}
+
+bool TimelineComponent::showsLiveShare(const std::string& timelineId) const {
+    const Open* open = find(timelineId);
+    return open != nullptr && open->showsLiveShare;
 }
 
 void TimelineComponent::setCapturingTimeline(std::optional<std::string> timelineId) {
@@ -176,7 +233,7 @@ void TimelineComponent::setCapturingTimeline(std::optional<std::string> timeline
 
 void TimelineComponent::timelineDidChange(const std::shared_ptr<Timeline>& timeline) {
     // Nobody is told of a timeline that is not open any more.
-    if (std::find(timelines_.begin(), timelines_.end(), timeline) != timelines_.end()) {
+    if (find(timeline->uniqueId()) != nullptr) {
         notifications_.post(Notification(TimelineNotifications::timelineDidAnyChange, timeline));
     }
 }

@@ -5,12 +5,14 @@
 #include "Components/RemoteCoding/HostInterfaces/TimelineComponentProtocol.hpp"
 #include "ReferenceHost/Timeline/CallRecorder.hpp"
 #include "ReferenceHost/Timeline/Timeline.hpp"
+#include "ReferenceHost/Windowing/HeadlessWindowing.hpp"
 
 #include <exception>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace ReferenceHost {
@@ -27,14 +29,14 @@ struct LiveShareBehaviour {
     bool completesInsideCall = false;    ///< opens the timeline and completes before the call returns
 };
 
-/// The host's open timelines. Main thread only. Made as a `std::shared_ptr`; jobs that it has posted hold it
-/// weakly.
+/// The host's open timelines, each in a window that has its title; closing the window closes the timeline. Main thread only.
+/// Made as a `std::shared_ptr`; jobs that it has posted hold it weakly.
 class TimelineComponent final : public RemoteCoding::TimelineComponentProtocol,
                                 public std::enable_shared_from_this<TimelineComponent> {
 public:
     /// `makeId` makes the ids of timelines, rows, clips and shown videos. All must outlive the component.
     TimelineComponent(Base::ExecutionProtocol& execution,
-                      RemoteCoding::NotificationCenterProtocol& notifications,
+                      RemoteCoding::NotificationCenterProtocol& notifications, HeadlessWindowing& windowing,
                       std::function<std::string()> makeId, CallRecorder recordCall = {});
 
     // TimelineComponentProtocol
@@ -50,6 +52,11 @@ public:
         const std::vector<RemoteCoding::ShareFile>& shareFiles,
         std::shared_ptr<RemoteCoding::WindowProtocol> window, std::optional<std::string> directoryURL,
         std::function<void(std::optional<std::string> videoId)> completionHandler) override;
+    [[nodiscard]] std::shared_ptr<RemoteCoding::TimelineProtocol> frontTimeline() override;
+    [[nodiscard]] bool isTimelineWindow(const std::shared_ptr<RemoteCoding::WindowProtocol>& window) override;
+
+    /// Posts no `liveShareDidComplete`: the share did not come to its end by itself.
+    void stopLiveShareWithTimelineId(const std::optional<std::string>& timelineId) override;
 
     // The user's side.
 
@@ -57,7 +64,7 @@ public:
     std::shared_ptr<Timeline> openTimeline(const std::string& title, std::optional<std::string> videoId = {},
                                            std::optional<std::string> timelineId = {});
 
-    /// Posts `timelineDidRemove`, then forgets the timeline. False when there is no such timeline.
+    /// Posts `timelineDidRemove`, forgets the timeline, then closes its window. False when there is no such timeline.
     bool closeTimeline(const std::string& timelineId);
 
     /// The live share that the timeline shows is over: posts `liveShareDidComplete`. The timeline stays open.
@@ -66,9 +73,14 @@ public:
     [[nodiscard]] std::shared_ptr<Timeline> findTimeline(const std::string& timelineId) const;
     [[nodiscard]] std::vector<std::shared_ptr<Timeline>> openTimelines() const;  ///< in the order of opening
 
-    /// The timeline in which the user works; null when none is open.
-    [[nodiscard]] std::shared_ptr<Timeline> frontTimeline() const;
+    /// The timeline whose window is in front of those of the others; null when none is open.
+    [[nodiscard]] std::shared_ptr<Timeline> timelineInFront() const;
     void bringToFront(const std::string& timelineId);
+
+    /// Null when there is no such timeline.
+    [[nodiscard]] std::shared_ptr<HeadlessWindow> windowOf(const std::string& timelineId) const;
+
+    [[nodiscard]] bool showsLiveShare(const std::string& timelineId) const;
 
     /// Whose capture runs; absent when nothing is captured. Closing the timeline forgets it.
     void setCapturingTimeline(std::optional<std::string> timelineId);
@@ -82,19 +94,29 @@ public:
     bool insertionCallbacksComeLater = false;
 
 private:
+    struct Open {
+        Open(std::shared_ptr<Timeline> timeline_, std::shared_ptr<HeadlessWindow> window_)
+            : timeline(std::move(timeline_)), window(std::move(window_)) {}
+        std::shared_ptr<Timeline> timeline;
+        std::shared_ptr<HeadlessWindow> window;
+        bool showsLiveShare = false;
+    };
+
+    [[nodiscard]] const Open* find(const std::string& timelineId) const;
+    void openLiveShare(const std::string& title, const std::string& videoId);
     void liveShareIsOpen(const std::string& title, const LiveShareBehaviour& behaviour,
                          const std::function<void(std::optional<std::string>)>& completionHandler);
     void timelineDidChange(const std::shared_ptr<Timeline>& timeline);
 
     Base::ExecutionProtocol& execution_;
     RemoteCoding::NotificationCenterProtocol& notifications_;
+    HeadlessWindowing& windowing_;
     std::function<std::string()> makeId_;
     CallRecorder recordCall_;
     std::shared_ptr<TimelineRules> rules_ = std::make_shared<TimelineRules>();
 
-    std::vector<std::shared_ptr<Timeline>> timelines_;
+    std::vector<Open> open_;
     std::optional<std::string> capturingTimelineId_;
-    std::optional<std::string> frontTimelineId_;
 };
 
 }  // namespace ReferenceHost

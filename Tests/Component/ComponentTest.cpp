@@ -28,7 +28,7 @@ TEST_F(CreateTest, WithoutACaptureOrAUserNothingFailsAndWhateverElseIsMissingIsA
     host_.signOut();
     EXPECT_TRUE(create().succeeded()) << "nobody signed in";
     host_.signIn("ann");
-    const auto session = std::make_shared<ReferenceHost::PublishSession>("video");
+    const auto session = ReferenceHost::makePublishSession("video");
     const auto device = std::make_shared<ReferenceHost::CaptureDevice>("Main camera");
     EXPECT_FALSE(component_->createNewRemoteCodingSession("Derby", nullptr, "team", device).succeeded());
     EXPECT_FALSE(component_->createNewRemoteCodingSession("Derby", session, "team", nullptr).succeeded());
@@ -105,7 +105,7 @@ TEST_F(JoinTest, RegistersTheSessionThreeSecondsAfterTheShareHasOpened) {
     doors->completionRepeats = 2;
     join();
     runFor(4.49);
-    const auto timeline = host_.timelines().frontTimeline();
+    const auto timeline = host_.timelines().timelineInFront();
     EXPECT_FALSE(statusOf(timeline));
     runFor(0.02);
 
@@ -118,7 +118,7 @@ TEST_F(JoinTest, RegistersTheSessionThreeSecondsAfterTheShareHasOpened) {
 
 TEST_F(JoinTest, WithoutAVideoOrItsTimelineNothingIsRegisteredAndNothingIsSaid) {
     auto& behaviour = host_.timelines().liveShares;
-    const auto closeFront = [&] { host_.closeTimeline(host_.timelines().frontTimeline()->uniqueId()); };
+    const auto closeFront = [&] { host_.closeTimeline(host_.timelines().timelineInFront()->uniqueId()); };
     // Before the join, and a second after it.
     const std::pair<std::function<void()>, std::function<void()>> faults[] = {
         {[&] { behaviour.completesWithoutId = true; }, [] {}},

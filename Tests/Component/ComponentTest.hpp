@@ -43,7 +43,7 @@ protected:
     /// Publishes the running capture.
     Base::Result<void> create() {
         return component_->createNewRemoteCodingSession(
-            "Derby", std::make_shared<ReferenceHost::PublishSession>("video"), "team",
+            "Derby", ReferenceHost::makePublishSession("video"), "team",
             std::make_shared<ReferenceHost::CaptureDevice>("Main camera"));
     }
     /// A hosted session on a new timeline, its stream live.
@@ -63,7 +63,7 @@ protected:
         join();
         settle();
         updates_.clear();
-        return host_.timelines().frontTimeline();
+        return host_.timelines().timelineInFront();
     }
     std::shared_ptr<FaultyTimelineComponent> useFaultyTimelineComponent() {
         auto faulty = std::make_shared<FaultyTimelineComponent>(host_.timelines());

@@ -121,14 +121,14 @@ TEST_F(EndSharedTest, ACollaboratorIsSynchronisedWithTheGivenTaggingSessionUntil
     join(sessionId);
     settle();
     EXPECT_EQ(service_.numberOfSubscribers(sessionId), 1U);
-    const auto id = host_.timelines().frontTimeline()->uniqueId();
+    const auto id = host_.timelines().timelineInFront()->uniqueId();
     EXPECT_TRUE(component_->synchronisationStatus(id).value().isSettled());
 
     updates_.clear();
     join();
     runFor(1);
     component_.reset();
-    host_.closeTimeline(host_.timelines().frontTimeline()->uniqueId());
+    host_.closeTimeline(host_.timelines().timelineInFront()->uniqueId());
     settle();
     EXPECT_THAT(updates_, IsEmpty());
     EXPECT_EQ(host_.unfinishedTasks(), 0U);

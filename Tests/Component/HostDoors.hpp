@@ -36,6 +36,14 @@ public:
             });
     }
 
+    std::shared_ptr<TimelineProtocol> frontTimeline() override { return behind().frontTimeline(); }
+    bool isTimelineWindow(const std::shared_ptr<WindowProtocol>& window) override {
+        return behind().isTimelineWindow(window);
+    }
+    void stopLiveShareWithTimelineId(const std::optional<std::string>& timelineId) override {
+        behind().stopLiveShareWithTimelineId(timelineId);
+    }
+
     bool throws = false;
     int completionRepeats = 0;
     bool opensOneFileWithoutWindow = false;

@@ -50,10 +50,12 @@ private:
     ReferenceHost::VirtualTime time_{1};
     ReferenceHost::VirtualExecution execution_{time_};
     ReferenceHost::NotificationCenter center_;
+    std::shared_ptr<ReferenceHost::HeadlessWindowing> windowing_ =
+        std::make_shared<ReferenceHost::HeadlessWindowing>(execution_, center_);
     int lastId_ = 0;
     std::shared_ptr<ReferenceHost::TimelineComponent> component_ =
         std::make_shared<ReferenceHost::TimelineComponent>(
-            execution_, center_, [this] { return "id " + std::to_string(++lastId_); });
+            execution_, center_, *windowing_, [this] { return "id " + std::to_string(++lastId_); });
     std::shared_ptr<ReferenceHost::Timeline> timeline_;
 };
 

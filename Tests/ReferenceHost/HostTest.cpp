@@ -38,8 +38,8 @@ struct Analyst {
 struct TwoAnalysts {
     explicit TwoAnalysts(std::uint64_t seed) : time(seed) {
         Analyst::tag(annsTimeline, "Attack");
-        (void)ann.component->createNewRemoteCodingSession("Derby", std::make_shared<PublishSession>("video"),
-                                                          "team", std::make_shared<CaptureDevice>("Camera"));
+        (void)ann.component->createNewRemoteCodingSession("Derby", makePublishSession("video"), "team",
+                                                          std::make_shared<CaptureDevice>("Camera"));
         bensExecution.postToMainAfter(Seconds(3), [this] {
             const RemoteCoding::SharedVideo video("share", "Derby", std::nullopt, false, {}, {});
             ben.component->joinRemoteCodingSession(RemoteCoding::ShareFile(video, 0), "Stream", "video",
@@ -50,7 +50,7 @@ struct TwoAnalysts {
         bensExecution.postToMainAfter(Seconds(9.3), [this] { ben.host.setLinkUp(false); });
         bensExecution.postToMainAfter(Seconds(11), [this] { ben.host.setLinkUp(true); });
     }
-    std::shared_ptr<Timeline> bensTimeline() { return ben.host.timelines().frontTimeline(); }
+    std::shared_ptr<Timeline> bensTimeline() { return ben.host.timelines().timelineInFront(); }
 
     VirtualTime time;
     VirtualScheduler scheduler{time};
