@@ -146,6 +146,7 @@ void RemoteCodingComponent::setUpJoinedSession(const Join& join, const std::stri
         const auto session = std::make_shared<RemoteCodingSession>(
             join.name, std::move(streams), timeline->uniqueId(), join.tevuVideoId, join.teamId, false);
         attachSynchroniser(*session, userId, join.taggingSessionId);
+        attachLiveStreamObserver(*session);
         registerSession(session);
     });
 }

@@ -3,11 +3,12 @@
 #include "Components/RemoteCoding/Component/EnvironmentGate.hpp"
 #include "Components/RemoteCoding/Models/HostCalls.hpp"
 #include "Components/RemoteCoding/Models/RemoteCodingSession.hpp"
+#include "Components/RemoteCoding/Services/InstalledHost.hpp"
+#include "Components/RemoteCoding/Services/TevuRemoteCodingService.hpp"
 #include "Components/RemoteCoding/Services/TimelineUploadService.hpp"
 
 #include <algorithm>
 #include <mutex>
-#include <stdexcept>
 #include <utility>
 
 namespace RemoteCoding {
@@ -16,7 +17,6 @@ namespace {
 
 struct Process {
     std::mutex mutex;
-    HostEnvironment* environment = nullptr;
     std::shared_ptr<RemoteCodingComponent> component;
 };
 
@@ -28,21 +28,17 @@ Process& process() {
 
 }  // namespace
 
+// A component that is being built counts as built: the lock is held until it is there.
 void RemoteCodingComponent::installHost(HostEnvironment& environment) {
-    auto& shared = process();
-    const std::lock_guard guard(shared.mutex);
-    if (shared.component && shared.environment != &environment) {
-        throw std::logic_error(
-            "The shared remote coding component already lives on another host environment");
-    }
-    shared.environment = &environment;
+    const std::lock_guard guard(process().mutex);
+    InstalledHost::install(environment);
 }
 
 void RemoteCodingComponent::uninstallHost() {
     auto& shared = process();
     std::shared_ptr<RemoteCodingComponent> released;  // after the lock: its end calls the host
     const std::lock_guard guard(shared.mutex);
-    shared.environment = nullptr;
+    InstalledHost::uninstall();
     released.swap(shared.component);
 }
 
@@ -50,18 +46,20 @@ std::shared_ptr<RemoteCodingComponent> RemoteCodingComponent::shared() {
     auto& shared = process();
     const std::lock_guard guard(shared.mutex);
     if (!shared.component) {
-        if (shared.environment == nullptr) {
-            throw std::logic_error(
-                "RemoteCodingComponent::installHost must be called before RemoteCodingComponent::shared");
-        }
-        shared.component = make(*shared.environment);
+        shared.component = make(InstalledHost::environment(), TevuRemoteCodingService::shared());
     }
     return shared.component;
 }
 
 std::shared_ptr<RemoteCodingComponent> RemoteCodingComponent::make(HostEnvironment& environment) {
+    return make(environment, std::make_shared<TevuRemoteCodingService>(environment.graphQLClient));
+}
+
+std::shared_ptr<RemoteCodingComponent>
+RemoteCodingComponent::make(HostEnvironment& environment, std::shared_ptr<TevuRemoteCodingService> service) {
     checkIsMainThread(environment, "init()");
-    const std::shared_ptr<RemoteCodingComponent> component(new RemoteCodingComponent(environment));
+    const std::shared_ptr<RemoteCodingComponent> component(
+        new RemoteCodingComponent(environment, std::move(service)));
     component->observe(TimelineNotifications::timelineDidRemove, &RemoteCodingComponent::timelineDidClose);
     component->observe(TimelineNotifications::liveShareDidComplete,
                        &RemoteCodingComponent::liveShareDidComplete);
@@ -69,8 +67,11 @@ std::shared_ptr<RemoteCodingComponent> RemoteCodingComponent::make(HostEnvironme
     return component;
 }
 
-RemoteCodingComponent::RemoteCodingComponent(HostEnvironment& environment)
-    : environment_(environment), gate_(std::make_shared<EnvironmentGate>(environment)) {}
+RemoteCodingComponent::RemoteCodingComponent(HostEnvironment& environment,
+                                             std::shared_ptr<TevuRemoteCodingService> service)
+    : environment_(environment),
+      gate_(std::make_shared<EnvironmentGate>(environment)),
+      remoteCodingService_(std::move(service)) {}
 
 RemoteCodingComponent::~RemoteCodingComponent() {
     gate_->close();

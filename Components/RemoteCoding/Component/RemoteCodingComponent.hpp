@@ -18,7 +18,10 @@
 namespace RemoteCoding {
 
 class EnvironmentGate;
+class LiveStreamObserver;
+class LiveStreamObserverProtocol;
 class RemoteCodingSession;
+class TevuRemoteCodingService;
 class TimelineUploadService;
 
 /// Live collaboration on a host's timelines: the entry point, and the registry of active sessions.
@@ -37,7 +40,7 @@ class REMOTE_CODING_EXPORT RemoteCodingComponent final
       public std::enable_shared_from_this<RemoteCodingComponent> {
 public:
     /// The environment on which `shared` builds the process-wide component. Any thread. Replaces an environment installed
-    /// before; throws `std::logic_error` when the shared component has been built on that one already.
+    /// before; throws `std::logic_error` when something shared has been built on that one already.
     static void installHost(HostEnvironment& environment);
 
     /// Lets go of the shared component and of its environment, for a host that shuts down in an orderly way.
@@ -89,13 +92,16 @@ public:
                     Base::Completion<std::map<std::string, Base::URL>> completion) override;
 
 private:
+    class LiveStreamDelegate;
     struct Join;
     struct EndedSynchroniser {
         std::weak_ptr<TimelineUploadService> synchroniser;
         std::shared_ptr<const SynchronisationStatus> finalStatus;
     };
 
-    explicit RemoteCodingComponent(HostEnvironment& environment);
+    [[nodiscard]] static std::shared_ptr<RemoteCodingComponent>
+    make(HostEnvironment& environment, std::shared_ptr<TevuRemoteCodingService> service);
+    RemoteCodingComponent(HostEnvironment& environment, std::shared_ptr<TevuRemoteCodingService> service);
 
     void observe(const char* name, void (RemoteCodingComponent::*handler)(const Notification&));
     void timelineDidClose(const Notification& notification);
@@ -111,16 +117,22 @@ private:
     void setUpJoinedSession(const Join& join, const std::string& timelineVideoId, const std::string& userId);
     void attachSynchroniser(RemoteCodingSession& session, const std::string& userId,
                             const std::optional<std::string>& taggingSessionId);
+    void attachLiveStreamObserver(RemoteCodingSession& session);
+    [[nodiscard]] std::shared_ptr<LiveStreamObserver> liveStreamObserver(const std::string& timelineId) const;
     void registerSession(const std::shared_ptr<RemoteCodingSession>& session);
     void postSessionUpdate(const std::string& timelineId);
     void sessionEnded(std::string timelineId);
     void cancelSyncing(RemoteCodingSession& session);
+
+    void showFailedSessionAlert(const std::string& timelineId);
 
     void logNotAvailable(std::string_view function,
                          const std::source_location& location = std::source_location::current()) const;
 
     HostEnvironment& environment_;
     std::shared_ptr<EnvironmentGate> gate_;  // shared with the host's completions, which may come late
+    std::shared_ptr<TevuRemoteCodingService> remoteCodingService_;
+    std::shared_ptr<LiveStreamObserverProtocol> liveStreamDelegate_;  // from the first joined session on
     std::vector<NotificationCenterProtocol::ObserverId> observers_;
     std::map<std::string, std::shared_ptr<RemoteCodingSession>> remoteCodingSessionsByTimelineId_;
     std::map<std::string, EndedSynchroniser> endedSynchronisersByTimelineId_;

@@ -66,19 +66,42 @@ public:
     virtual void promptExitRemoteCodingSession(std::shared_ptr<WindowProtocol> on,
                                                const std::string& timelineId) = 0;
 
-    /// Not yet. The manifest URL of the video; absent when it has none or the timeline has no session.
+    /// The manifest URL of the video: the playback URL of its first stream. Absent when it has none. Without a session on
+    /// the timeline it is absent too, and the service is not asked. What was found becomes the session's, which an update
+    /// tells.
+    ///
+    /// Fails with a `TevuAPIError::Video` of the case `noStreams`, or with the client's own error. The completion is called
+    /// once, also when the session, or the component, goes meanwhile; never, once the environment's unfinished tasks have been
+    /// dropped or the execution takes no more jobs.
     virtual void getManifestURL(const std::string& timelineId, const std::string& videoId,
                                 Base::Completion<std::optional<std::string>> completion) = 0;
 
-    /// Not yet, this and the four below. Told by the player of a joined session, for each fragment of the live stream that has arrived.
+    // The player of a joined session tells how the fragments of the live stream come in, with the five operations below.
+    // When none has come for 15 seconds the service is asked for the video, and if that is in error the user is told that
+    // the session has failed. Timelines without a session, and those of hosted sessions, are ignored.
+
+    /// A fragment has arrived.
     virtual void fragmentDownloaded(const std::string& timelineId) = 0;
-    /// The player waits for fragments: with an error when something is wrong, without when the stream merely pauses.
+
+    /// The player waits for fragments. With an error something is wrong, and the user is told that the session has failed;
+    /// with none the stream merely pauses, and the service is asked when nothing has come for 5 seconds.
     virtual void fragmentDownloadPaused(std::exception_ptr with, const std::string& timelineId) = 0;
+
+    /// A fragment has arrived after a pause.
     virtual void fragmentDownloadResumed(const std::string& timelineId) = 0;
+
+    /// A fragment could not be downloaded: the user is told that the session has failed.
     virtual void fragmentDownloadDidError(std::exception_ptr error, const std::string& timelineId) = 0;
+
+    /// No fragment is expected any more; nothing is watched until the player tells of one again.
     virtual void fragmentDownloadComplete(const std::string& timelineId) = 0;
 
-    /// Not yet. The playback URL of each of these streams of the video, by stream id.
+    /// The playback URL of each of these streams of the video, by stream id. One that is no URL (RFC 3986) is logged and left
+    /// out. No session is needed.
+    ///
+    /// Fails with a `TevuAPIError::Video` of the case `noStreams`, `unknownStream` or `noPlaybackURL`; with a `TevuAPIError`
+    /// of the case `video` and the value of `Video::Case::inError`, once all URLs have been found, when the service's word
+    /// for the video is "Error"; or with the client's own error. The completion is called as that of `getManifestURL`.
     virtual void streamURLs(const std::string& videoId, const std::vector<std::string>& streamIds,
                             Base::Completion<std::map<std::string, Base::URL>> completion) = 0;
 };

@@ -33,9 +33,9 @@ public:
             inError = 4,        ///< the service has given the video up
         };
 
-        Video(Case case_, const std::string& description,
+        Video(Case which, const std::string& description,
               std::optional<std::string> recoverySuggestion = std::nullopt)
-            : DescribedError(description, std::move(recoverySuggestion)), case_(case_) {}
+            : DescribedError(description, std::move(recoverySuggestion)), case_(which) {}
 
         [[nodiscard]] Case errorCase() const { return case_; }
 
@@ -43,9 +43,9 @@ public:
         Case case_;
     };
 
-    TevuAPIError(Case case_, const std::string& description, std::optional<std::int64_t> value = std::nullopt,
+    TevuAPIError(Case which, const std::string& description, std::optional<std::int64_t> value = std::nullopt,
                  std::optional<std::string> recoverySuggestion = std::nullopt)
-        : DescribedError(description, std::move(recoverySuggestion)), case_(case_), value_(value) {}
+        : DescribedError(description, std::move(recoverySuggestion)), case_(which), value_(value) {}
 
     [[nodiscard]] Case errorCase() const { return case_; }
 

@@ -1,0 +1,163 @@
+// The addresses under which a player finds a live video.
+
+#include "Components/RemoteCoding/Component/RemoteCodingComponent.hpp"
+
+#include "Base/Error.hpp"
+#include "Base/TaskScope.hpp"
+#include "Components/RemoteCoding/HostInterfaces/TevuAPIError.hpp"
+#include "Components/RemoteCoding/Models/HostCalls.hpp"
+#include "Components/RemoteCoding/Models/RemoteCodingSession.hpp"
+#include "Components/RemoteCoding/Services/VideoRequest.hpp"
+
+#include <set>
+#include <utility>
+
+namespace RemoteCoding {
+
+namespace {
+
+using ManifestURL = std::optional<std::string>;
+using StreamURLs = std::map<std::string, Base::URL>;
+using VideoError = TevuAPIError::Video;
+using VideoHandler = std::function<void(const Base::Result<VideoItem>&)>;
+
+constexpr std::string_view manifestFunction = "getManifestURL(timelineId:videoId:)";
+constexpr std::string_view streamsFunction = "streamURLs(videoId:streamIds:)";
+
+const std::vector<VideoStream>& streamsOf(const VideoItem& video) {
+    if (!video.streams) {
+        throw VideoError(VideoError::Case::noStreams, "The video has no streams.",
+                         "Try again when the video is live.");
+    }
+    return *video.streams;
+}
+
+ManifestURL manifestURLOf(const VideoItem& video) {
+    const auto& streams = streamsOf(video);
+    return streams.empty() ? std::nullopt : streams.front().playbackURL;
+}
+
+void checkAreStreams(const std::vector<std::string>& streamIds, const std::vector<VideoStream>& streams) {
+    std::set<std::string_view> known;
+    for (const auto& stream : streams) {
+        known.insert(stream.id);
+    }
+    for (const auto& streamId : streamIds) {
+        if (!known.contains(streamId)) {
+            throw VideoError(VideoError::Case::unknownStream,
+                             "The video has no stream with the id \"" + streamId + "\".");
+        }
+    }
+}
+
+StreamURLs streamURLsOf(const VideoItem& video, const std::vector<std::string>& streamIds,
+                        LogManagerProtocol& log) {
+    const auto& streams = streamsOf(video);
+    checkAreStreams(streamIds, streams);
+    const std::set<std::string_view> requested(streamIds.begin(), streamIds.end());
+    StreamURLs urls;
+    for (const auto& stream : streams) {
+        if (!requested.contains(stream.id)) {
+            continue;
+        }
+        if (!stream.playbackURL) {
+            throw VideoError(VideoError::Case::noPlaybackURL,
+                             "The stream with the id \"" + stream.id + "\" cannot be played.",
+                             "Try again in a moment.");
+        }
+        if (auto url = Base::URL::parse(*stream.playbackURL)) {
+            urls.insert_or_assign(stream.id, *std::move(url));
+        } else {
+            logError(log, "Unable to cast playbackURL String to URL", "", streamsFunction);
+        }
+    }
+    if (video.status == "Error") {
+        throw TevuAPIError(TevuAPIError::Case::video, "The video is in error.",
+                           static_cast<std::int64_t>(VideoError::Case::inError),
+                           "Join another session, or ask its host to start a new one.");
+    }
+    return urls;
+}
+
+template <typename Value, typename Work>
+Base::Result<Value> resultOf(const Work& work) {
+    try {
+        return work();
+    } catch (...) {
+        return Base::Result<Value>::failure(std::current_exception());
+    }
+}
+
+template <typename Value>
+void complete(HostEnvironment& environment, std::string_view function,
+              const Base::Completion<Value>& completion, Base::Result<Value> result) {
+    if (completion) {
+        guarded(environment, function, [&] { completion(std::move(result)); });
+    }
+}
+
+Base::Task<void> fetchVideo(HostEnvironment* environment, std::shared_ptr<TevuRemoteCodingService> service,
+                            std::string videoId, VideoHandler handler) {
+    VideoRequest request(environment->execution, std::move(service), std::move(videoId));
+    const Base::Result<VideoItem> video = co_await request;
+    handler(video);
+}
+
+/// Asks for the video; the answer, or the failure to get one, is handled on the main thread. A host that takes no more jobs
+/// loses the handler, and the completion in it, without a call.
+void startFetching(HostEnvironment& environment, const std::shared_ptr<TevuRemoteCodingService>& service,
+                   const std::string& videoId, std::string_view function, VideoHandler handler) {
+    guarded(environment, function, [&] {
+        environment.tasks.scope().start(environment.execution, Base::Home::mainThread,
+                                        fetchVideo(&environment, service, videoId, std::move(handler)),
+                                        [&environment, function](const std::exception_ptr& error) {
+                                            logError(environment.logManager, "The host failed unexpectedly",
+                                                     Base::describe(error), function);
+                                        });
+    });
+}
+
+}  // namespace
+
+void RemoteCodingComponent::getManifestURL(const std::string& timelineId, const std::string& videoId,
+                                           Base::Completion<ManifestURL> completion) {
+    checkIsMainThread(environment_, manifestFunction);
+    const auto session = this->session(timelineId);
+    if (!session) {
+        guarded(environment_, manifestFunction, [&] {
+            environment_.execution.postToMain([&environment = environment_,
+                                               completion = std::move(completion)] {
+                complete<ManifestURL>(environment, manifestFunction, completion, ManifestURL(std::nullopt));
+            });
+        });
+        return;
+    }
+    // The session may end meanwhile: it gets its address all the same, and nobody is told.
+    auto handler = [&environment = environment_, weakSelf = weak_from_this(), session,
+                    completion = std::move(completion)](const Base::Result<VideoItem>& video) {
+        auto manifestURL = resultOf<ManifestURL>([&] { return manifestURLOf(video.value()); });
+        if (manifestURL.succeeded()) {
+            session->manifestURL = manifestURL.value();
+            const auto self = weakSelf.lock();
+            if (self && session->manifestURL) {
+                self->postSessionUpdate(session->timelineId);
+            }
+        }
+        complete(environment, manifestFunction, completion, std::move(manifestURL));
+    };
+    startFetching(environment_, remoteCodingService_, videoId, manifestFunction, std::move(handler));
+}
+
+void RemoteCodingComponent::streamURLs(const std::string& videoId, const std::vector<std::string>& streamIds,
+                                       Base::Completion<StreamURLs> completion) {
+    checkIsMainThread(environment_, streamsFunction);
+    auto handler = [&environment = environment_, streamIds,
+                    completion = std::move(completion)](const Base::Result<VideoItem>& video) {
+        complete(environment, streamsFunction, completion, resultOf<StreamURLs>([&] {
+                     return streamURLsOf(video.value(), streamIds, environment.logManager);
+                 }));
+    };
+    startFetching(environment_, remoteCodingService_, videoId, streamsFunction, std::move(handler));
+}
+
+}  // namespace RemoteCoding
