@@ -14,6 +14,7 @@
 #include "ReferenceHost/UUIDSource.hpp"
 #include "ReferenceHost/UserDefaults.hpp"
 #include "ReferenceHost/Windowing/HeadlessWindowing.hpp"
+#include "ReferenceHost/Windowing/Person.hpp"
 
 #include <cstdint>
 #include <memory>
@@ -85,6 +86,9 @@ public:
     /// The link of this host's network.
     void setLinkUp(bool up) { cloudClient_->setLinkUp(up); }
 
+    /// Whoever sits in front of this host's windows.
+    [[nodiscard]] Person& person() { return person_; }
+
     // The parts, for what is not above.
 
     [[nodiscard]] ReportingExecution& execution() { return execution_; }
@@ -119,6 +123,7 @@ private:
     UserDefaults userDefaults_;
     std::shared_ptr<Account> account_;
     std::shared_ptr<HeadlessWindowing> windowing_;
+    Person person_{*windowing_};
     std::shared_ptr<TimelineComponent> timelines_;
     std::shared_ptr<CaptureComponent> capture_;
     ComponentLocator locator_;

@@ -4,6 +4,7 @@
 #include "Components/RemoteCoding/HostInterfaces/CaptureComponentProtocol.hpp"
 #include "Components/RemoteCoding/HostInterfaces/RemoteCodingSessionDetails.hpp"
 #include "Components/RemoteCoding/HostInterfaces/TimelineProtocol.hpp"
+#include "Components/RemoteCoding/HostInterfaces/WindowProtocol.hpp"
 
 #include <any>
 #include <exception>
@@ -23,6 +24,9 @@ TraceFields fieldsOf(const Notification& notification) {
     if (const auto* timeline =
             dynamic_cast<const RemoteCoding::TimelineProtocol*>(notification.object.get())) {
         fields.emplace_back("timelineId", timeline->uniqueId());
+    }
+    if (const auto* window = dynamic_cast<const RemoteCoding::WindowProtocol*>(notification.object.get())) {
+        fields.emplace_back("window", window->title());
     }
     for (const auto& [key, value] : notification.userInfo) {
         if (const auto* text = std::any_cast<std::string>(&value)) {

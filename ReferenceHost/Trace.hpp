@@ -44,7 +44,12 @@ inline constexpr const char* blockStart = "block.start";   ///< fields "timeline
 inline constexpr const char* blockEnd = "block.end";       ///< fields "timelineId", "number"
 inline constexpr const char* count = "count";              ///< fields "timelineId", "old", "new", "reason"
 inline constexpr const char* wrongThread = "wrongThread";  ///< fields "file", "function", "line", "expected"
-inline constexpr const char* notification = "notification";      ///< field "name", and what it is about
+inline constexpr const char* notification = "notification";  ///< field "name", and what it is about
+inline constexpr const char* alert = "alert";  ///< is shown: "style", "message", "text", "buttons"
+inline constexpr const char* alertAnswer = "alertAnswer";  ///< fields "message", "button"
+inline constexpr const char* sheet = "sheet";              ///< as an alert, and "window"
+inline constexpr const char* sheetAnswer = "sheetAnswer";  ///< fields "window", "message", "button"
+inline constexpr const char* beep = "beep";
 inline constexpr const char* observerFailed = "observerFailed";  ///< fields "name", "error"
 }  // namespace TraceKind
 

@@ -30,6 +30,11 @@ public:
     void sleep(std::chrono::duration<std::uint64_t, std::nano> duration,
                Base::Completion<void> completion) override;
 
+    /// Hosts that share the loop share its thread: they all wait.
+    [[nodiscard]] bool waitModally(const Signal& signal, Base::Seconds limit) override {
+        return signal.wait(limit);
+    }
+
     void stop() override;
 
 private:

@@ -48,6 +48,7 @@ private:
 
 VirtualExecution::VirtualExecution(VirtualTime& time, std::string host, Trace* trace, Options options)
     : ReportingExecution(host, trace),
+      time_(time),
       main_(std::make_shared<VirtualLane>(time)),
       sleeps_(time),
       toleranceRandom_(SeededRandom::stream(toleranceSeed, host)),
@@ -91,6 +92,11 @@ void VirtualExecution::sleep(std::chrono::duration<std::uint64_t, std::nano> dur
         return;
     }
     sleeps_.postAfter(duration, [completion = std::move(completion)] { completion(Base::Result<void>()); });
+}
+
+bool VirtualExecution::waitModally(const Signal& signal, Base::Seconds limit) {
+    const std::shared_ptr<VirtualLane> held = main_;
+    return time_.runHolding(*held, [&] { return signal.isGiven(); }, limit);
 }
 
 void VirtualExecution::stop() {

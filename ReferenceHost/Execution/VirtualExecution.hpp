@@ -37,6 +37,9 @@ public:
     void sleep(std::chrono::duration<std::uint64_t, std::nano> duration,
                Base::Completion<void> completion) override;
 
+    /// Runs the time from inside; see `VirtualTime::runHolding`.
+    [[nodiscard]] bool waitModally(const Signal& signal, Base::Seconds limit) override;
+
     void stop() override;
 
     /// A fault on demand: while set, a new wait ends at once with an error, as one does whose task was cancelled.
@@ -45,6 +48,7 @@ public:
 private:
     class Timer;
 
+    VirtualTime& time_;
     // Shared with the timers, which may outlive this object.
     std::shared_ptr<VirtualLane> main_;
     std::deque<VirtualLane> background_;

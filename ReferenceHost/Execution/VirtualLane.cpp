@@ -14,7 +14,7 @@ void VirtualLane::post(Base::Job job) {
         return;
     }
     jobs_.push_back(std::move(job));
-    if (jobs_.size() == 1) {
+    if (jobs_.size() == 1 && holds_ == 0) {
         time_->readyLanes_.push_back(this);
     }
 }
@@ -53,6 +53,18 @@ void VirtualLane::close() {
     const auto waiting =
         time_->waiting_.takeAll([this](const VirtualTime::Waiting& item) { return item.lane == this; });
     const auto ready = std::exchange(jobs_, {});
+}
+
+void VirtualLane::hold() {
+    if (++holds_ == 1 && time_ != nullptr) {
+        std::erase(time_->readyLanes_, this);
+    }
+}
+
+void VirtualLane::release() {
+    if (--holds_ == 0 && time_ != nullptr && !jobs_.empty()) {
+        time_->readyLanes_.push_back(this);
+    }
 }
 
 void VirtualLane::leaveTime() {

@@ -42,8 +42,13 @@ private:
 
     void leaveTime();
 
+    // While held, its jobs are not ready. May be held several times.
+    void hold();
+    void release();
+
     VirtualTime* time_;  // null when it is gone
     bool isClosed_ = false;
+    int holds_ = 0;
     std::deque<Base::Job> jobs_;
 };
 

@@ -43,6 +43,31 @@ bool VirtualTime::runUntil(const std::function<bool()>& predicate, Base::Seconds
     return run(predicate, later(now_, limit)) == Outcome::predicateHolds;
 }
 
+bool VirtualTime::runHolding(VirtualLane& lane, const std::function<bool()>& predicate, Base::Seconds limit) {
+    struct Inner {
+        Inner(VirtualTime& time_, VirtualLane& lane_)
+            : time(time_),
+              lane(lane_),
+              wasRunningJob(std::exchange(time_.isRunningJob_, false)),
+              wasRunningLane(std::exchange(time_.runningLane_, nullptr)) {
+            lane.hold();
+        }
+        ~Inner() {
+            lane.release();
+            time.isRunningJob_ = wasRunningJob;
+            time.runningLane_ = wasRunningLane;
+        }
+        Inner(const Inner&) = delete;
+        Inner& operator=(const Inner&) = delete;
+        VirtualTime& time;
+        VirtualLane& lane;
+        bool wasRunningJob;
+        const VirtualLane* wasRunningLane;
+    };
+    const Inner inner(*this, lane);
+    return run(predicate, later(now_, limit)) == Outcome::predicateHolds;
+}
+
 VirtualTime::Outcome VirtualTime::run(const std::function<bool()>& predicate, Instant deadline) {
     while (true) {
         if (predicate && predicate()) {
@@ -101,7 +126,8 @@ void VirtualTime::runHeadOfSomeLane() {
 }
 
 void VirtualTime::advance(Instant moment) {
-    if (moment == now_) {
+    // Earlier where a run within this one has gone past its limit.
+    if (moment <= now_) {
         return;
     }
     now_ = moment;

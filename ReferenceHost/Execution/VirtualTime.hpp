@@ -20,7 +20,8 @@ class VirtualLane;
 /// Work waits in lanes (`VirtualLane`), first in, first out. A step takes the head of one lane that has work; the seed
 /// chooses which. Time jumps to the next due moment when no lane has work, and whatever is due then joins its lane.
 ///
-/// Threads: everything on the one thread that uses it. The functions that run work must not be called inside a job.
+/// Threads: everything on the one thread that uses it. The functions that run work must not be called inside a job, except
+/// for `runHolding`.
 /// Failure: what a job throws leaves the function that ran it; the other jobs stay where they are.
 /// Shutdown: jobs that have not run are destroyed with their lane or with the time, whichever goes first; a lane that
 /// outlives its time drops what is posted to it.
@@ -46,6 +47,13 @@ public:
     /// Runs until `predicate`, which is asked before the first and after each job, holds. False when no work is left or
     /// `limit` has passed before that.
     [[nodiscard]] bool runUntil(const std::function<bool()>& predicate, Base::Seconds limit);
+
+    /// Runs until `predicate` holds, as `runUntil`, but no job of this lane: they wait, in their order, and are ready again
+    /// when this returns. May be called inside a job, of that lane or of another: the run then stands on the stack of the
+    /// one around it. So of several such runs the innermost ends first, whichever predicate holds first; and a run
+    /// whose limit passes meanwhile ends only when those inside it have, late.
+    [[nodiscard]] bool runHolding(VirtualLane& lane, const std::function<bool()>& predicate,
+                                  Base::Seconds limit);
 
     /// So many jobs at one and the same moment are taken for an endless loop: `std::runtime_error`.
     void setMaximumJobsPerInstant(std::size_t maximum) { maximumJobsPerInstant_ = maximum; }

@@ -1,46 +1,75 @@
 #include "ReferenceHost/Windowing/HeadlessWindowing.hpp"
 
+#include "Base/Error.hpp"
+
 #include <algorithm>
-#include <stdexcept>
+#include <ctime>
 #include <utility>
 
 namespace ReferenceHost {
 
+using RemoteCoding::Alert;
+using RemoteCoding::AlertResponse;
+
 HeadlessWindowing::HeadlessWindowing(ReportingExecution& execution,
                                      RemoteCoding::NotificationCenterProtocol& notifications,
                                      std::string host, Trace* trace)
-    : execution_(execution), notifications_(notifications), host_(std::move(host)), trace_(trace) {}
+    : execution_(execution),
+      notifications_(notifications),
+      host_(std::move(host)),
+      trace_(trace),
+      alerts_(execution, host_, trace) {}
 
 std::shared_ptr<RemoteCoding::WindowProtocol>
 HeadlessWindowing::makeWindow(const RemoteCoding::WindowLayout& layout,
                               std::weak_ptr<RemoteCoding::WindowOwnerProtocol> owner) {
-    return std::make_shared<HeadlessWindow>(weak_from_this(), layout, std::move(owner));
+    expectMainThread("makeWindow");
+    return faults.makesNoWindow ? nullptr : HeadlessWindow::make(weak_from_this(), layout, std::move(owner));
 }
 
 std::vector<std::shared_ptr<RemoteCoding::WindowProtocol>> HeadlessWindowing::applicationWindows() {
+    expectMainThread("applicationWindows");
     return {windows_.begin(), windows_.end()};
 }
 
-RemoteCoding::AlertResponse HeadlessWindowing::runModal(const RemoteCoding::Alert& /*alert*/) {
-    throw std::logic_error("Alerts are not there yet");
+AlertResponse HeadlessWindowing::runModal(const Alert& alert) {
+    expectMainThread("runModal");
+    if (faults.noAlerts) {
+        std::rethrow_exception(faults.noAlerts);
+    }
+    return alerts_.run(alert);
 }
 
-void HeadlessWindowing::beginSheet(const RemoteCoding::Alert& /*alert*/,
-                                   const std::shared_ptr<RemoteCoding::WindowProtocol>& /*window*/,
-                                   Base::Completion<RemoteCoding::AlertResponse> /*completion*/) {
-    throw std::logic_error("Sheets are not there yet");
+void HeadlessWindowing::beginSheet(const Alert& alert,
+                                   const std::shared_ptr<RemoteCoding::WindowProtocol>& window,
+                                   Base::Completion<AlertResponse> completion) {
+    expectMainThread("beginSheet");
+    const auto own = std::ranges::find(windows_, window);
+    if (own != windows_.end() && !faults.noSheets) {
+        (*own)->beginSheet(alert, std::move(completion));
+        return;
+    }
+    auto failure = faults.noSheets
+                       ? Base::Result<AlertResponse>::failure(faults.noSheets)
+                       : Base::failure<AlertResponse>(Base::DescribedError("The window is closed."));
+    postToMain([completion = std::move(completion), failure = std::move(failure)] { completion(failure); });
 }
 
-void HeadlessWindowing::beep() { ++numberOfBeeps_; }
+void HeadlessWindowing::beep() {
+    expectMainThread("beep");
+    ++numberOfBeeps_;
+    record(TraceKind::beep, {});
+}
 
 std::string
 HeadlessWindowing::mediumDateShortTime(std::chrono::sys_time<std::chrono::microseconds> time) const {
+    expectMainThread("mediumDateShortTime");
     static constexpr const char* months[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                              "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
     const std::time_t seconds =
         std::chrono::system_clock::to_time_t(std::chrono::floor<std::chrono::seconds>(time));
     std::tm local{};
-    tzset();  // localtime_r need not look at a zone that has changed
+    tzset();  // localtime_r need not notice a zone that has changed
     if (localtime_r(&seconds, &local) == nullptr) {
         return {};
     }
@@ -54,8 +83,7 @@ HeadlessWindowing::mediumDateShortTime(std::chrono::sys_time<std::chrono::micros
 HeadlessWindowing::Window HeadlessWindowing::makePlainWindow(const std::string& title) {
     RemoteCoding::WindowLayout layout;
     layout.title = title;
-    return std::make_shared<HeadlessWindow>(weak_from_this(), layout,
-                                            std::weak_ptr<RemoteCoding::WindowOwnerProtocol>());
+    return HeadlessWindow::make(weak_from_this(), layout, {});
 }
 
 void HeadlessWindowing::bringToFront(const Window& window) {
@@ -74,6 +102,18 @@ bool HeadlessWindowing::isVisible(const HeadlessWindow& window) const {
 void HeadlessWindowing::tellWillClose(const Window& window) {
     notifications_.post(
         RemoteCoding::Notification(RemoteCoding::WindowNotifications::windowWillClose, window));
+}
+
+void HeadlessWindowing::expectMainThread(const char* function) const {
+    if (!execution_.isMainThread()) {
+        execution_.didCallOnWrongThread({"ReferenceHost/Windowing", function, 0, true});
+    }
+}
+
+void HeadlessWindowing::record(const char* kind, TraceFields fields) const {
+    if (trace_ != nullptr) {
+        trace_->record(host_, kind, std::move(fields));
+    }
 }
 
 }  // namespace ReferenceHost

@@ -4,15 +4,31 @@
 #include "Components/RemoteCoding/HostInterfaces/WindowingProtocol.hpp"
 #include "ReferenceHost/Execution/ReportingExecution.hpp"
 #include "ReferenceHost/Windowing/HeadlessWindow.hpp"
+#include "ReferenceHost/Windowing/ModalAlerts.hpp"
 
 #include <cstddef>
+#include <exception>
 #include <memory>
 #include <string>
 #include <vector>
 
 namespace ReferenceHost {
 
-/// A windowing toolkit without a screen. Main thread only. Made as a `std::shared_ptr`; its windows hold it weakly.
+/// What the toolkit fails at, on demand. Read at each call.
+struct WindowingFaults {
+    bool makesNoWindow = false;
+    bool makesNoCells = false;
+    bool mixesUpCells = false;          ///< text cells where check boxes belong, and the other way round
+    bool cellsHaveNoTextField = false;  ///< text cells
+    std::exception_ptr noAlerts;        ///< set: `runModal` throws it
+    std::exception_ptr noSheets;        ///< set: sheets fail with it
+};
+
+/// A windowing toolkit without a screen: it realises layouts, keeps the order of the windows, and shows alerts. What a user
+/// would see and do at it a `Person` sees and does.
+///
+/// Threads: main thread only; other callers are reported to the execution.
+/// Ownership: made as a `std::shared_ptr`; its windows hold it weakly. It holds visible windows, not closed ones.
 class HeadlessWindowing final : public RemoteCoding::WindowingProtocol,
                                 public std::enable_shared_from_this<HeadlessWindowing> {
 public:
@@ -27,7 +43,11 @@ public:
     makeWindow(const RemoteCoding::WindowLayout& layout,
                std::weak_ptr<RemoteCoding::WindowOwnerProtocol> owner) override;
     [[nodiscard]] std::vector<std::shared_ptr<RemoteCoding::WindowProtocol>> applicationWindows() override;
+
+    /// Throws `std::logic_error` when nobody answers; see `ModalAlerts`.
     [[nodiscard]] RemoteCoding::AlertResponse runModal(const RemoteCoding::Alert& alert) override;
+
+    /// On a window that is closed, or of another toolkit, the sheet fails.
     void beginSheet(const RemoteCoding::Alert& alert,
                     const std::shared_ptr<RemoteCoding::WindowProtocol>& window,
                     Base::Completion<RemoteCoding::AlertResponse> completion) override;
@@ -41,21 +61,31 @@ public:
     [[nodiscard]] Window makePlainWindow(const std::string& title);
 
     [[nodiscard]] const std::vector<Window>& visibleWindows() const { return windows_; }  ///< front one first
+    [[nodiscard]] ModalAlerts& alerts() { return alerts_; }
     [[nodiscard]] std::size_t numberOfBeeps() const { return numberOfBeeps_; }
+    [[nodiscard]] bool isOnMainThread() const { return execution_.isMainThread(); }
+
+    WindowingFaults faults;
 
 private:
+    friend struct ControlSite;
     friend class HeadlessWindow;
+    friend class TableView;
 
     void bringToFront(const Window& window);
     void hide(const HeadlessWindow& window);
     [[nodiscard]] bool isVisible(const HeadlessWindow& window) const;
     void tellWillClose(const Window& window);
+    void postToMain(Base::Job job) { execution_.postToMain(std::move(job)); }
+    void expectMainThread(const char* function) const;
+    void record(const char* kind, TraceFields fields) const;
 
     ReportingExecution& execution_;
     RemoteCoding::NotificationCenterProtocol& notifications_;
-    std::string host_;
-    Trace* trace_;
+    const std::string host_;
+    Trace* const trace_;
     std::vector<Window> windows_;  // the visible ones, front to back
+    ModalAlerts alerts_;
     std::size_t numberOfBeeps_ = 0;
 };
 
