@@ -17,7 +17,7 @@ std::shared_ptr<RemoteCoding::PublishSession> makePublishSession(const std::stri
 
 CaptureComponent::CaptureComponent(Base::ExecutionProtocol& execution,
                                    RemoteCoding::NotificationCenterProtocol& notifications,
-                                   HeadlessWindowing& windowing, CallRecorder recordCall)
+                                   RemoteCoding::WindowingProtocol& windowing, CallRecorder recordCall)
     : execution_(execution),
       notifications_(notifications),
       windowing_(windowing),
@@ -56,14 +56,11 @@ void CaptureComponent::openOrFocusCaptureWindow() {
     if (recordCall_) {
         recordCall_("openOrFocusCaptureWindow", {});
     }
-    if (!window_) {
-        window_ = windowing_.makePlainWindow("Capture");
-    }
-    window_->show();
+    window_->show(windowing_);
 }
 
 std::vector<std::shared_ptr<RemoteCoding::CaptureDeviceProtocol>> CaptureComponent::selectedCaptureDevices() {
-    return {devices_.begin(), devices_.end()};
+    return window_->chosenDevices();
 }
 
 void CaptureComponent::stopCapturing() {

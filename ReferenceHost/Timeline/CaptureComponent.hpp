@@ -5,7 +5,7 @@
 #include "Components/RemoteCoding/HostInterfaces/NotificationCenterProtocol.hpp"
 #include "Components/RemoteCoding/HostInterfaces/PublishSession.hpp"
 #include "ReferenceHost/Timeline/CallRecorder.hpp"
-#include "ReferenceHost/Windowing/HeadlessWindowing.hpp"
+#include "ReferenceHost/Timeline/CaptureWindow.hpp"
 
 #include <cstdint>
 #include <exception>
@@ -53,8 +53,8 @@ public:
     };
 
     CaptureComponent(Base::ExecutionProtocol& execution,
-                     RemoteCoding::NotificationCenterProtocol& notifications, HeadlessWindowing& windowing,
-                     CallRecorder recordCall = {});
+                     RemoteCoding::NotificationCenterProtocol& notifications,
+                     RemoteCoding::WindowingProtocol& windowing, CallRecorder recordCall = {});
 
     // CaptureComponentProtocol
     [[nodiscard]] bool isCapturing() override { return isCapturing_; }
@@ -75,8 +75,10 @@ public:
     /// Ends the publication too, if there is one.
     void stopCapturing();
 
-    /// The feeds that are chosen in the capture window, in its order.
-    void chooseDevices(std::vector<std::shared_ptr<CaptureDevice>> devices) { devices_ = std::move(devices); }
+    /// The feeds that are there, all of them chosen; the user may untick some in the window "Capture".
+    void setDevices(const std::vector<std::shared_ptr<CaptureDevice>>& devices) {
+        window_->setDevices({devices.begin(), devices.end()});
+    }
 
     /// Ends the publication: posts `stopped`. The capture goes on.
     void stopPublishing();
@@ -98,10 +100,9 @@ private:
 
     Base::ExecutionProtocol& execution_;
     RemoteCoding::NotificationCenterProtocol& notifications_;
-    HeadlessWindowing& windowing_;
+    RemoteCoding::WindowingProtocol& windowing_;
     CallRecorder recordCall_;
-    std::shared_ptr<HeadlessWindow> window_;  // null until it is opened
-    std::vector<std::shared_ptr<CaptureDevice>> devices_;
+    std::shared_ptr<CaptureWindow> window_ = std::make_shared<CaptureWindow>();
     bool isCapturing_ = false;
     std::optional<Publication> publication_;
     std::uint64_t publicationNumber_ = 0;  // tells late jobs that their publication is over
