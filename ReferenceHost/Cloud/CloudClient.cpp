@@ -3,6 +3,7 @@
 #include "ReferenceHost/Cloud/CloudConnection.hpp"
 #include "ReferenceHost/Cloud/CloudGraphQLClient.hpp"
 #include "ReferenceHost/Cloud/CloudSyncLibrary.hpp"
+#include "ReferenceHost/Cloud/CloudTeamService.hpp"
 
 #include <utility>
 
@@ -12,7 +13,8 @@ CloudClient::CloudClient(CloudService& service, Base::ExecutionProtocol& executi
                          std::string host, CloudClientSettings settings)
     : connection_(std::make_shared<CloudConnection>(service, execution, trace, std::move(host), settings)),
       graphQLClient_(std::make_shared<CloudGraphQLClient>(connection_)),
-      syncLibrary_(std::make_unique<CloudSyncLibrary>(connection_)) {}
+      syncLibrary_(std::make_unique<CloudSyncLibrary>(connection_)),
+      teamService_(std::make_shared<CloudTeamService>(connection_)) {}
 
 CloudClient::~CloudClient() { connection_->close(); }
 
@@ -21,6 +23,14 @@ std::shared_ptr<RemoteCoding::TevuGraphQLClientProtocol> CloudClient::graphQLCli
 }
 
 RemoteCoding::SyncLibraryProtocol& CloudClient::syncLibrary() const { return *syncLibrary_; }
+
+std::shared_ptr<RemoteCoding::TevuTeamServiceProtocol> CloudClient::teamService() const {
+    return teamService_;
+}
+
+void CloudClient::signIn(const std::string& userId) { connection_->signIn(userId); }
+
+void CloudClient::signOut() { connection_->signOut(); }
 
 std::uint64_t CloudClient::id() const { return connection_->client(); }
 

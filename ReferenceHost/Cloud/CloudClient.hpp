@@ -1,8 +1,9 @@
 #pragma once
 
 #include "Base/ExecutionProtocol.hpp"
-#include "Components/RemoteCoding/HostInterfaces/TevuGraphQLClientProtocol.hpp"
 #include "Components/RemoteCoding/HostInterfaces/SyncLibraryProtocol.hpp"
+#include "Components/RemoteCoding/HostInterfaces/TevuGraphQLClientProtocol.hpp"
+#include "Components/RemoteCoding/HostInterfaces/TevuTeamServiceProtocol.hpp"
 #include "ReferenceHost/Cloud/CloudFaults.hpp"
 
 #include <cstddef>
@@ -29,7 +30,7 @@ struct CloudClientSettings {
     Base::Seconds shortDropLimit{12};
 };
 
-/// One host's client of the cloud: its link, its GraphQL client and its sync library.
+/// One host's client of the cloud: its link, its GraphQL client, its sync library and its team service.
 ///
 /// Threads: every operation may be called from any thread, except where the interfaces it gives say otherwise. Their
 /// completions are called in background jobs of the host's execution, their handlers in its main thread's jobs.
@@ -51,6 +52,12 @@ public:
 
     [[nodiscard]] std::shared_ptr<RemoteCoding::TevuGraphQLClientProtocol> graphQLClient() const;
     [[nodiscard]] RemoteCoding::SyncLibraryProtocol& syncLibrary() const;
+
+    [[nodiscard]] std::shared_ptr<RemoteCoding::TevuTeamServiceProtocol> teamService() const;
+
+    /// Who works here; nobody at first. Says so to the service at once, whatever the link: signing in is the account's affair.
+    void signIn(const std::string& userId);
+    void signOut();
 
     /// The number under which the service knows this client (`AcceptedCall::client`, `RemoteChange::client`).
     [[nodiscard]] std::uint64_t id() const;
@@ -79,6 +86,7 @@ private:
     std::shared_ptr<CloudConnection> connection_;
     std::shared_ptr<RemoteCoding::TevuGraphQLClientProtocol> graphQLClient_;
     std::unique_ptr<RemoteCoding::SyncLibraryProtocol> syncLibrary_;
+    std::shared_ptr<RemoteCoding::TevuTeamServiceProtocol> teamService_;
 };
 
 }  // namespace ReferenceHost

@@ -57,6 +57,19 @@ void CloudConnection::setUnreadable(std::vector<std::string> momentIds) {
                        [&] { unreadable_ = std::set<std::string>(momentIds.begin(), momentIds.end()); });
 }
 
+void CloudConnection::signIn(const std::string& userId) {
+    SignIn signIn = service_.teams().signIn(userId);
+    Base::synchronized(lock_, [&] { signIn_ = std::move(signIn); });
+}
+
+void CloudConnection::signOut() {
+    Base::synchronized(lock_, [&] { signIn_.reset(); });
+}
+
+std::optional<SignIn> CloudConnection::signIn() const {
+    return Base::synchronized(lock_, [&] { return signIn_; });
+}
+
 void CloudConnection::setFaultPlan(FaultPlan plan) {
     Base::synchronized(lock_, [&] { faultPlan_.swap(plan); });
 }

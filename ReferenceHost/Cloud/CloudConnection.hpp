@@ -5,6 +5,7 @@
 #include "ReferenceHost/Cloud/CloudClient.hpp"
 #include "ReferenceHost/Cloud/CloudFaults.hpp"
 #include "ReferenceHost/Cloud/CloudRules.hpp"
+#include "ReferenceHost/Cloud/CloudTeams.hpp"
 #include "ReferenceHost/Cloud/PendingCall.hpp"
 #include "ReferenceHost/SeededRandom.hpp"
 #include "ReferenceHost/Trace.hpp"
@@ -53,6 +54,10 @@ public:
     void faultNext(CloudOperation operation, Fault fault);
     void setUnreadable(std::vector<std::string> momentIds);
     [[nodiscard]] std::size_t numberOfCallsUnderWay() const;
+
+    void signIn(const std::string& userId);
+    void signOut();
+    [[nodiscard]] std::optional<SignIn> signIn() const;
 
     void send(const std::shared_ptr<PendingCall>& call);
 
@@ -124,6 +129,7 @@ private:
     EventFaultPlan eventFaultPlan_;
     std::multimap<CloudOperation, Fault> nextFaults_;  // equal keys keep their order
     std::set<std::string> unreadable_;
+    std::optional<SignIn> signIn_;
     std::uint64_t lastCall_ = 0;
     std::map<std::uint64_t, std::shared_ptr<PendingCall>> calls_;  // under way
     std::map<std::string, std::uint64_t> lastFetches_;             // by session

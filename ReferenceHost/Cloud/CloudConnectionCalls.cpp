@@ -19,6 +19,9 @@ TraceFields fieldsOf(const CloudCall& call) {
     if (!call.videoId.empty()) {
         fields.emplace_back("videoId", call.videoId);
     }
+    if (call.videoId.empty() && !call.teamId.empty()) {
+        fields.emplace_back("teamId", call.teamId);
+    }
     if (!call.sessionId.empty()) {
         fields.emplace_back("taggingSessionId", call.sessionId);
     }

@@ -2,6 +2,7 @@
 
 #include "Base/Error.hpp"
 #include "ReferenceHost/Cloud/StoredSession.hpp"
+#include "ReferenceHost/SeededRandom.hpp"
 
 namespace ReferenceHost {
 
@@ -14,7 +15,9 @@ Base::Result<Value> noSuchSession() {
 
 }  // namespace
 
-CloudService::CloudService(Scheduler& scheduler) : scheduler_(scheduler) {}
+CloudService::CloudService(Scheduler& scheduler, std::uint64_t seed)
+    : scheduler_(scheduler),
+      videos_([this] { return time(); }, SeededRandom::stream(seed, "cloud identifiers").next()) {}
 
 CloudService::~CloudService() = default;
 
@@ -52,6 +55,7 @@ std::string CloudService::makeSession(const std::string& videoId, const std::str
     auto session =
         std::make_shared<StoredSession>("session-" + std::to_string(sessions_.size() + 1), videoId, userId);
     sessions_[session->id()] = session;
+    videos_.touch(videoId);
     sessionsByVideo_[videoId].push_back(session);
     return session->id();
 }

@@ -2,9 +2,14 @@
 
 #include "Base/Result.hpp"
 #include "Base/Synchronized.hpp"
+#include "Components/RemoteCoding/HostInterfaces/SharedVideo.hpp"
+#include "Components/RemoteCoding/HostInterfaces/VideoItem.hpp"
 #include "ReferenceHost/Cloud/CloudRules.hpp"
+#include "ReferenceHost/Cloud/CloudTeams.hpp"
+#include "ReferenceHost/Cloud/CloudVideos.hpp"
 #include "ReferenceHost/Cloud/RemoteRecords.hpp"
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -18,8 +23,9 @@ namespace ReferenceHost {
 class Scheduler;
 class StoredSession;
 
-/// The cloud service that all analysts of one process share: videos with tagging sessions, each with its moments, its
-/// presentation view, and one order of all its changes.
+/// The cloud service that all analysts of one process share: teams, their videos, and the videos' tagging sessions, each with
+/// its moments, its presentation view, and one order of all its changes. A tagging session may belong to a video of which
+/// nothing else is known.
 ///
 /// Threads: every operation may be called from any thread and takes effect before it returns. Hosts reach the service
 /// through a `CloudClient`, which adds the network in between; tests may call it directly, as one more client would.
@@ -36,8 +42,9 @@ public:
     /// the change away.
     using Subscriber = std::function<void(ChangePointer)>;
 
-    /// `scheduler`: the service's own time and thread, on which its clients' calls arrive. It outlives the service.
-    explicit CloudService(Scheduler& scheduler);
+    /// `scheduler`: the service's own time and thread, on which its clients' calls arrive. It outlives the service. `seed`: of
+    /// what the service makes up.
+    explicit CloudService(Scheduler& scheduler, std::uint64_t seed = 1);
     ~CloudService();
     CloudService(const CloudService&) = delete;
     CloudService& operator=(const CloudService&) = delete;
@@ -47,6 +54,21 @@ public:
     void setRules(CloudRules rules);
 
     [[nodiscard]] ClientId addClient();
+
+    /// The service's clock: virtual time is a Saturday afternoon in spring.
+    static constexpr Base::RFC3339::Time epoch =
+        std::chrono::sys_days(std::chrono::May / 16 / 2026) + std::chrono::hours(14);
+    [[nodiscard]] Base::RFC3339::Time time() const;
+
+    [[nodiscard]] CloudVideos& videos() { return videos_; }
+    [[nodiscard]] CloudTeams& teams() { return teams_; }
+
+    /// Fails with a `TevuAPIError::Video` of the case `notFound` when there is none, or none any more.
+    [[nodiscard]] Base::Result<RemoteCoding::VideoItem> getVideo(const std::string& videoId) const;
+
+    /// Those that have changed after that time, deleted ones too.
+    [[nodiscard]] std::vector<RemoteCoding::LiveStreamingVideoItem>
+    getVideosForTeamId(const std::string& teamId, Base::RFC3339::Time updatedAfter) const;
 
     /// The identifier of the video's primary tagging session; makes it when the video has none.
     [[nodiscard]] std::string createTaggingSession(const std::string& teamId, const std::string& videoId,
@@ -103,9 +125,12 @@ private:
     std::shared_ptr<StoredSession> sessionNamed(const std::string& sessionId) const;
     std::shared_ptr<StoredSession> sessionOfVideo(const std::string& videoId,
                                                   const std::string& sessionId) const;
+    std::vector<std::string> sessionsOf(const std::string& videoId) const;
     std::string makeSession(const std::string& videoId, const std::string& userId);
 
     Scheduler& scheduler_;
+    CloudVideos videos_;
+    CloudTeams teams_;
     Base::ObjectLock
         lock_;  // of the members below; a session has a lock of its own, never taken together with it
     CloudRules rules_;

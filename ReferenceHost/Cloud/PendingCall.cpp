@@ -2,7 +2,21 @@
 
 #include "Base/Error.hpp"
 
+#include <algorithm>
+#include <iterator>
+
 namespace ReferenceHost {
+
+namespace {
+
+template <typename Item>
+void describeIds(TraceFields& fields, const std::vector<Item>& answer, std::string Item::* id) {
+    std::vector<std::string> ids;
+    std::ranges::transform(answer, std::back_inserter(ids), id);
+    describe(fields, ids);
+}
+
+}  // namespace
 
 std::string joined(const std::vector<std::string>& ids) {
     std::string text;
@@ -33,6 +47,24 @@ void describe(TraceFields& fields, const std::vector<RemoteCoding::TaggingSessio
     }
     describe(fields, ids);
     fields.emplace_back("moments", std::to_string(moments));
+}
+
+void describe(TraceFields& fields, const RemoteCoding::VideoItem& answer) {
+    fields.emplace_back("status", answer.status.value_or(std::string()));
+    fields.emplace_back("streams", answer.streams ? std::to_string(answer.streams->size()) : std::string());
+}
+
+void describe(TraceFields& fields, const std::vector<RemoteCoding::LiveStreamingVideoItem>& answer) {
+    describeIds(fields, answer, &RemoteCoding::LiveStreamingVideoItem::videoId);
+}
+
+void describe(TraceFields& fields, const RemoteCoding::PublishSessionSummary& answer) {
+    fields.emplace_back("answer", answer.id);
+    fields.emplace_back("videoId", answer.videoId.value_or(std::string()));
+}
+
+void describe(TraceFields& fields, const std::vector<RemoteCoding::TeamSummary>& answer) {
+    describeIds(fields, answer, &RemoteCoding::TeamSummary::id);
 }
 
 void describe(TraceFields& fields, const std::exception_ptr& error) {

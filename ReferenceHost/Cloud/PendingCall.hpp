@@ -1,7 +1,11 @@
 #pragma once
 
 #include "Base/Completion.hpp"
+#include "Components/RemoteCoding/HostInterfaces/PublishSession.hpp"
+#include "Components/RemoteCoding/HostInterfaces/SharedVideo.hpp"
 #include "Components/RemoteCoding/HostInterfaces/TaggingSessionModel.hpp"
+#include "Components/RemoteCoding/HostInterfaces/TevuTeamServiceProtocol.hpp"
+#include "Components/RemoteCoding/HostInterfaces/VideoItem.hpp"
 #include "ReferenceHost/Cloud/CloudFaults.hpp"
 #include "ReferenceHost/Trace.hpp"
 
@@ -64,6 +68,10 @@ void describe(TraceFields& fields, bool answer);
 void describe(TraceFields& fields, const std::string& answer);
 void describe(TraceFields& fields, const std::vector<std::string>& answer);
 void describe(TraceFields& fields, const std::vector<RemoteCoding::TaggingSessionItem>& answer);
+void describe(TraceFields& fields, const RemoteCoding::VideoItem& answer);
+void describe(TraceFields& fields, const std::vector<RemoteCoding::LiveStreamingVideoItem>& answer);
+void describe(TraceFields& fields, const RemoteCoding::PublishSessionSummary& answer);
+void describe(TraceFields& fields, const std::vector<RemoteCoding::TeamSummary>& answer);
 void describe(TraceFields& fields, const std::exception_ptr& error);
 [[nodiscard]] std::string joined(const std::vector<std::string>& ids);
 

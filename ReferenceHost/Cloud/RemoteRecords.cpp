@@ -18,6 +18,14 @@ const char* nameOf(CloudOperation operation) {
         return "updateMoments";
     case CloudOperation::removeMoments:
         return "removeMoments";
+    case CloudOperation::getVideo:
+        return "getVideo";
+    case CloudOperation::getVideosForTeamId:
+        return "getVideosForTeamId";
+    case CloudOperation::openPublishSession:
+        return "openPublishSession";
+    case CloudOperation::fetchTeams:
+        return "fetchTeams";
     }
     return "unknown";
 }
@@ -39,7 +47,7 @@ const char* nameOf(RemoteCoding::TaggingSessionChangeType type) {
 }
 
 bool isWrite(CloudOperation operation) {
-    return operation != CloudOperation::fetchTaggingSessions && operation != CloudOperation::subscribe;
+    return operation >= CloudOperation::createTaggingSession && operation <= CloudOperation::removeMoments;
 }
 
 }  // namespace ReferenceHost

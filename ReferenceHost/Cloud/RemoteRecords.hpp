@@ -77,13 +77,17 @@ enum class CloudOperation : std::uint8_t {
     createMoments,
     updateMoments,
     removeMoments,
+    getVideo,
+    getVideosForTeamId,
+    openPublishSession,
+    fetchTeams,
 };
 
 /// The operation's name as it stands in the trace.
 [[nodiscard]] const char* nameOf(CloudOperation operation);
 [[nodiscard]] const char* nameOf(RemoteCoding::TaggingSessionChangeType type);
 
-/// Whether the operation changes what the cloud holds.
+/// Whether it is a write of the sync library, which its client repeats over short drops.
 [[nodiscard]] bool isWrite(CloudOperation operation);
 
 /// One write that the service has carried out, in full, so that a check can follow a session's history by itself.
