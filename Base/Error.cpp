@@ -31,4 +31,19 @@ std::string describe(const std::exception_ptr& error) noexcept {
     }
 }
 
+std::optional<std::string> recoverySuggestion(const std::exception_ptr& error) noexcept {
+    if (!error) {
+        return std::nullopt;
+    }
+    try {
+        try {
+            std::rethrow_exception(error);
+        } catch (const DescribedError& described) {
+            return described.recoverySuggestion();
+        }
+    } catch (...) {
+        return std::nullopt;
+    }
+}
+
 }  // namespace Base

@@ -32,4 +32,9 @@ private:
 /// error itself does; callable from any thread.
 [[nodiscard]] REMOTE_CODING_EXPORT std::string describe(const std::exception_ptr& error) noexcept;
 
+/// What the user can do about the error; absent when it is no `DescribedError`, is null, or says nothing. Never throws for what
+/// the error itself does; callable from any thread.
+[[nodiscard]] REMOTE_CODING_EXPORT std::optional<std::string>
+recoverySuggestion(const std::exception_ptr& error) noexcept;
+
 }  // namespace Base

@@ -33,4 +33,7 @@ inline constexpr Base::Seconds fragmentWaitTolerance{1.0};
 /// virtual time can be repeated exactly.
 inline constexpr std::size_t writeBackSlice = 1000;
 
+/// User-perceived characters that the name of a new session's video may have.
+inline constexpr std::size_t videoNameCharacters = 255;
+
 }  // namespace RemoteCoding::Limits
