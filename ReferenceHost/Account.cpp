@@ -36,4 +36,11 @@ void Account::signIn(const std::string& userId) {
     }
 }
 
+void Account::signOut() {
+    user_.reset();
+    if (didSignOut) {
+        didSignOut();
+    }
+}
+
 }  // namespace ReferenceHost

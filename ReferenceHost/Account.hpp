@@ -28,10 +28,12 @@ public:
 
     /// Also ends all sign-in flows that run, with this user.
     void signIn(const std::string& userId);
-    void signOut() { user_.reset(); }
+    void signOut();
 
     /// Called by `signIn` before any flow ends, for whoever keeps the user's tokens.
     std::function<void(const std::string& userId)> didSignIn;
+
+    std::function<void()> didSignOut;
 
     /// A fault on demand: there is no sign-in flow.
     bool hasNoLoginCoordinator = false;

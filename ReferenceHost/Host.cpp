@@ -1,16 +1,33 @@
 #include "ReferenceHost/Host.hpp"
 
+#include "ReferenceHost/Cloud/CloudService.hpp"
 #include "ReferenceHost/SeededRandom.hpp"
 
 #include <utility>
 
 namespace ReferenceHost {
 
+using RemoteCoding::StreamingStatus;
+
 namespace {
 
 CloudClientSettings seeded(CloudClientSettings network, std::uint64_t seed, const std::string& host) {
     network.seed = SeededRandom::stream(seed, host + " network").next();
     return network;
+}
+
+StreamState streamStateOf(StreamingStatus status) {
+    switch (status) {
+    case StreamingStatus::starting:
+        return StreamState::waiting;
+    case StreamingStatus::live:
+        return StreamState::flowing;
+    case StreamingStatus::interrupted:
+        return StreamState::interrupted;
+    case StreamingStatus::stopped:
+        break;
+    }
+    return StreamState::over;
 }
 
 }  // namespace
@@ -34,6 +51,11 @@ Host::Host(std::string name, ReportingExecution& execution, CloudService& servic
                                                  seeded(options.network, options.seed, name_))),
       observer_(name_, trace) {
     capture_->didEndCapturing = [this] { timelines_->setCapturingTimeline(std::nullopt); };
+    capture_->didChangeStream = [this](const std::string& videoId, StreamingStatus status) {
+        cloudClient_->publish(videoId, streamStateOf(status));
+    };
+    account_->didSignIn = [this](const std::string& userId) { cloudClient_->signIn(userId); };
+    account_->didSignOut = [this] { cloudClient_->signOut(); };
     locator_.setTimelineComponent(timelines_);
     locator_.setCaptureComponent(capture_);
     userDefaults_.setBool(RemoteCoding::UserDefaultsKeys::enableSharedTimelines,
@@ -53,7 +75,8 @@ Host::Host(std::string name, ReportingExecution& execution, CloudService& servic
                                                          .windowing = *windowing_,
                                                          .uuids = uuids_,
                                                          .languages = std::move(options.languages),
-                                                         .synchronisationObserver = &observer_});
+                                                         .synchronisationObserver = &observer_,
+                                                         .now = [&service] { return service.time(); }});
 }
 
 Host::~Host() { stop(); }

@@ -2,6 +2,7 @@
 
 #include "ReferenceHost/Cloud/CloudConnection.hpp"
 #include "ReferenceHost/Cloud/CloudGraphQLClient.hpp"
+#include "ReferenceHost/Cloud/CloudService.hpp"
 #include "ReferenceHost/Cloud/CloudSyncLibrary.hpp"
 #include "ReferenceHost/Cloud/CloudTeamService.hpp"
 
@@ -11,12 +12,17 @@ namespace ReferenceHost {
 
 CloudClient::CloudClient(CloudService& service, Base::ExecutionProtocol& execution, Trace& trace,
                          std::string host, CloudClientSettings settings)
-    : connection_(std::make_shared<CloudConnection>(service, execution, trace, std::move(host), settings)),
+    : service_(service),
+      uplink_(service.videos()),
+      connection_(std::make_shared<CloudConnection>(service, execution, trace, std::move(host), settings)),
       graphQLClient_(std::make_shared<CloudGraphQLClient>(connection_)),
       syncLibrary_(std::make_unique<CloudSyncLibrary>(connection_)),
       teamService_(std::make_shared<CloudTeamService>(connection_)) {}
 
-CloudClient::~CloudClient() { connection_->close(); }
+CloudClient::~CloudClient() {
+    uplink_.setLinkUp(false);
+    connection_->close();
+}
 
 std::shared_ptr<RemoteCoding::TevuGraphQLClientProtocol> CloudClient::graphQLClient() const {
     return graphQLClient_;
@@ -34,7 +40,18 @@ void CloudClient::signOut() { connection_->signOut(); }
 
 std::uint64_t CloudClient::id() const { return connection_->client(); }
 
-void CloudClient::setLinkUp(bool up) { connection_->setLinkUp(up); }
+void CloudClient::publish(const std::string& videoId, StreamState stream) {
+    uplink_.publish(videoId, stream);
+}
+
+StreamState CloudClient::stream(const std::string& videoId) const {
+    return isLinkUp() ? service_.videos().stream(videoId) : StreamState::interrupted;
+}
+
+void CloudClient::setLinkUp(bool up) {
+    connection_->setLinkUp(up);
+    uplink_.setLinkUp(up);
+}
 
 bool CloudClient::isLinkUp() const { return connection_->isLinkUp(); }
 

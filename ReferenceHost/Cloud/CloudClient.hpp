@@ -5,6 +5,7 @@
 #include "Components/RemoteCoding/HostInterfaces/TevuGraphQLClientProtocol.hpp"
 #include "Components/RemoteCoding/HostInterfaces/TevuTeamServiceProtocol.hpp"
 #include "ReferenceHost/Cloud/CloudFaults.hpp"
+#include "ReferenceHost/Cloud/StreamUplink.hpp"
 
 #include <cstddef>
 #include <cstdint>
@@ -41,7 +42,7 @@ struct CloudClientSettings {
 /// another, the events of one subscription never do.
 ///
 /// Lifetime: destroy it on the main thread, after the component is gone and before the execution, the trace and the service.
-/// What is under way then is dropped; the interfaces given away answer with errors from then on.
+/// What is under way then is dropped, and what the host publishes breaks off; the interfaces given away answer with errors from then on.
 class CloudClient {
 public:
     CloudClient(CloudService& service, Base::ExecutionProtocol& execution, Trace& trace, std::string host,
@@ -52,7 +53,6 @@ public:
 
     [[nodiscard]] std::shared_ptr<RemoteCoding::TevuGraphQLClientProtocol> graphQLClient() const;
     [[nodiscard]] RemoteCoding::SyncLibraryProtocol& syncLibrary() const;
-
     [[nodiscard]] std::shared_ptr<RemoteCoding::TevuTeamServiceProtocol> teamService() const;
 
     /// Who works here; nobody at first. Says so to the service at once, whatever the link: signing in is the account's affair.
@@ -61,6 +61,12 @@ public:
 
     /// The number under which the service knows this client (`AcceptedCall::client`, `RemoteChange::client`).
     [[nodiscard]] std::uint64_t id() const;
+
+    /// What this host publishes into the video now. Interrupted while the link is down.
+    void publish(const std::string& videoId, StreamState stream);
+
+    /// How the video's stream comes in here: interrupted while the link is down.
+    [[nodiscard]] StreamState stream(const std::string& videoId) const;
 
     void setLinkUp(bool up);
     [[nodiscard]] bool isLinkUp() const;
@@ -83,6 +89,8 @@ public:
     [[nodiscard]] std::size_t numberOfCallsUnderWay() const;
 
 private:
+    CloudService& service_;
+    StreamUplink uplink_;
     std::shared_ptr<CloudConnection> connection_;
     std::shared_ptr<RemoteCoding::TevuGraphQLClientProtocol> graphQLClient_;
     std::unique_ptr<RemoteCoding::SyncLibraryProtocol> syncLibrary_;

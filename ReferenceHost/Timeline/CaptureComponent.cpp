@@ -2,6 +2,8 @@
 
 #include "Base/Error.hpp"
 
+#include <utility>
+
 namespace ReferenceHost {
 
 using RemoteCoding::Notification;
@@ -37,6 +39,9 @@ Base::Result<void> CaptureComponent::captureToTevuLibraryWithPublishSession(
     }
     if (!isCapturing_) {
         return Base::failure<void>(Base::DescribedError("Nothing is captured.", "Start the capture first."));
+    }
+    if (publication_) {
+        tell(*publication_, StreamingStatus::stopped);  // nothing comes into its video any more
     }
     publication_ = Publication{std::move(publishSession), teamId, std::move(device), std::nullopt};
     ++publicationNumber_;
@@ -78,7 +83,7 @@ void CaptureComponent::stopPublishing() {
     if (!publication_) {
         return;
     }
-    publication_.reset();
+    tell(*std::exchange(publication_, std::nullopt), StreamingStatus::stopped);
     post(StreamingStatus::stopped);
 }
 
@@ -94,9 +99,16 @@ void CaptureComponent::resumeStream() {
     }
 }
 
+void CaptureComponent::tell(const Publication& publication, StreamingStatus status) const {
+    if (didChangeStream && publication.session) {
+        didChangeStream(publication.session->videoId(), status);
+    }
+}
+
 void CaptureComponent::post(StreamingStatus status) {
     if (publication_) {
         publication_->status = status;
+        tell(*publication_, status);
     }
     notifications_.post(Notification(RemoteCoding::Notifications::streamStatusChanged, shared_from_this(),
                                      {{"status", status}}));

@@ -89,12 +89,16 @@ public:
 
     [[nodiscard]] const std::optional<Publication>& publication() const { return publication_; }
 
+    /// Called for each status of a publication, before it is posted.
+    std::function<void(const std::string& videoId, RemoteCoding::StreamingStatus status)> didChangeStream;
+
     std::function<void()> didEndCapturing;  ///< called after a running capture has ended
 
     std::exception_ptr refusal;          ///< set: publishing fails with it
     Base::Seconds connectingTime{0.25};  ///< from `starting` to `live`
 
 private:
+    void tell(const Publication& publication, RemoteCoding::StreamingStatus status) const;
     void post(RemoteCoding::StreamingStatus status);
     void postLater(Base::Seconds delay, RemoteCoding::StreamingStatus status);
 
