@@ -83,6 +83,7 @@ VirtualTime::Outcome VirtualTime::run(const std::function<bool()>& predicate, In
                 return Outcome::limitPassed;
             }
             advance(*due);
+            continue;  // what was due may be held
         }
         runHeadOfSomeLane();
     }
