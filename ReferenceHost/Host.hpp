@@ -29,7 +29,7 @@ class CloudService;
 struct HostOptions {
     std::optional<std::string> userId;  ///< who is signed in; nobody when absent
     bool enableSharedTimelines = true;
-    std::vector<std::string> languages;  ///< as `HostEnvironment::languages`
+    std::vector<std::string> languages{};  ///< as `HostEnvironment::languages`
 
     /// What this host draws follows from it and from the host's name: identifiers, latencies.
     std::uint64_t seed = 1;
