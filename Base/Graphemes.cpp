@@ -1,5 +1,9 @@
 #include "Base/Graphemes.hpp"
 
+#include "Base/UTF8.hpp"
+
+#include "Base/UTF8.hpp"
+
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
@@ -61,32 +65,11 @@ Property propertyOf(char32_t code) {
     return range != std::end(table) && range->first <= code ? range->property : other;
 }
 
-/// The first code point of a text that is not empty. A byte of no well-formed sequence (Unicode Standard, table 3-7)
-/// counts as a control character: nothing joins it.
+/// The first code point of a text that is not empty. A byte of no well-formed sequence counts as a control character:
+/// nothing joins it.
 CodePoint firstCodePoint(std::string_view text) {
-    constexpr CodePoint illFormed{1, control};
-    const auto byte = [text](std::size_t index) { return static_cast<unsigned char>(text[index]); };
-    const char32_t lead = byte(0);
-    if (lead < 0x80) {
-        return {1, propertyOf(lead)};
-    }
-    const std::size_t bytes = lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
-    if (bytes == 0 || text.size() < bytes) {
-        return illFormed;
-    }
-    char32_t code = lead & (0x7FU >> bytes);
-    for (std::size_t index = 1; index < bytes; ++index) {
-        if ((byte(index) & 0xC0) != 0x80) {
-            return illFormed;
-        }
-        code = code << 6 | (byte(index) & 0x3F);
-    }
-    const bool overlong = (bytes == 3 && code < 0x800) || (bytes == 4 && code < 0x10000);
-    const bool surrogate = code >= 0xD800 && code <= 0xDFFF;
-    if (overlong || surrogate || code > 0x10FFFF) {
-        return illFormed;
-    }
-    return {bytes, propertyOf(code)};
+    const auto first = UTF8::first(text);
+    return first.bytes == 0 ? CodePoint{1, control} : CodePoint{first.bytes, propertyOf(first.code)};
 }
 
 /// What rules GB11 to GB13 need to know of a character's code points, beyond the last one.

@@ -1,0 +1,16 @@
+# Builds the files of this folder into the library: remote_coding_embed_resources(<variable>) puts the name of the
+# generated source file into the variable.
+function(remote_coding_embed_resources source)
+    set(folder "${CMAKE_CURRENT_SOURCE_DIR}/Resources")
+    file(GLOB files CONFIGURE_DEPENDS "${folder}/*.po" "${folder}/*.json")
+    set(RESOURCE_ENTRIES "")
+    foreach(file IN LISTS files)
+        set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${file}")
+        get_filename_component(name "${file}" NAME)
+        file(READ "${file}" contents)
+        string(APPEND RESOURCE_ENTRIES "    {\"${name}\", R\"resource(${contents})resource\"},\n")
+    endforeach()
+    set(generated "${CMAKE_CURRENT_BINARY_DIR}/EmbeddedResources.cpp")
+    configure_file("${folder}/EmbeddedResources.cpp.in" "${generated}" @ONLY)
+    set(${source} "${generated}" PARENT_SCOPE)
+endfunction()
