@@ -19,7 +19,7 @@ namespace ReferenceHost {
 struct PlannedAnswer {
     std::string button;                          ///< its title
     Base::Seconds after{0};                      ///< from the alert's appearance
-    std::optional<std::string> expectedMessage;  ///< another alert's is an error
+    std::optional<std::string> expectedMessage{};  ///< another alert's is an error
 };
 
 /// The titles under which an alert's buttons can be pressed: without any it has one, "OK".

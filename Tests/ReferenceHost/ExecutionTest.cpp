@@ -51,6 +51,24 @@ TEST(VirtualTimeTest, RepeatsARunFromItsSeedAndVariesItWithTheSeed) {
     }
 }
 
+TEST(VirtualTimeTest, LetsSeveralHostsWaitModallyWithinEachOther) {
+    VirtualTime time(1);
+    VirtualExecution ann(time);
+    VirtualExecution bob(time);
+    Log log;
+    const auto wait = [&](VirtualExecution& host, int seconds) {
+        Signal signal;
+        host.sleep(std::chrono::seconds(seconds), [&](const auto&) { signal.give(); });
+        EXPECT_TRUE(host.waitModally(signal, Seconds(60)));
+        log.emplace_back(seconds, time.now().count());
+    };
+    bob.postToMainAfter(Seconds(1), [&] { wait(bob, 9); });
+    ann.postToMain([&] { wait(ann, 5); });
+    time.runFor(Seconds(2));
+    EXPECT_EQ(log, (Log{{9, 10}, {5, 10}})) << "The innermost ends first, and no time comes again.";
+    EXPECT_FALSE(ann.waitModally(Signal(), Seconds(60))) << "Nothing is left that could give the signal.";
+}
+
 TEST(VirtualTimeTest, LetsTimePassOnlyWhenNoWorkIsLeftAndStopsAtALimit) {
     VirtualTime time(1);
     VirtualExecution execution(time);

@@ -4,9 +4,11 @@
 #include "ReferenceHost/Cloud/CloudService.hpp"
 #include "ReferenceHost/Execution/VirtualExecution.hpp"
 #include "ReferenceHost/Execution/VirtualScheduler.hpp"
+#include "ReferenceHost/Player.hpp"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 
@@ -77,6 +79,26 @@ TEST(HostTest, CarriesASessionBothWaysAndWritesTheSameTraceForTheSameSeed) {
     EXPECT_NE(traceOf(3), traceOf(4));
 }
 
+TEST(HostTest, GivesEachTimelineAWindowAndRefusesToWaitForAnAnswerThatNobodyGives) {
+    TwoAnalysts both(1);
+    auto& host = both.ann.host;
+    (void)host.openTimeline("Other");
+    host.capture().openOrFocusCaptureWindow();
+    EXPECT_EQ(host.person().windowTitles(), (std::vector<std::string>{"Capture", "Other", "Match"}));
+    const auto windows = host.windowing().applicationWindows();
+    EXPECT_FALSE(host.timelines().isTimelineWindow(windows[0]));
+    EXPECT_TRUE(host.timelines().isTimelineWindow(windows[1]));
+    EXPECT_NE(host.timelines().frontTimeline(), both.annsTimeline);
+    host.person().window("Other").close();
+    EXPECT_EQ(host.timelines().frontTimeline(), both.annsTimeline);
+
+    for (const auto& plan : {PlannedAnswer{"No such button"}, PlannedAnswer{"OK", {}, "Other"}}) {
+        host.windowing().alerts().plan(plan);
+        EXPECT_THROW((void)host.windowing().runModal({"Message", "", {}}), std::logic_error);
+    }
+    EXPECT_THROW((void)host.windowing().runModal({"Message", "", {}}), std::logic_error);
+}
+
 /// Above all for the sanitizers: whatever is under way when the hosts go is let go of, and nobody reaches for what is gone.
 TEST(HostTest, GoesAtAnyMomentWithoutLeaksOrLateCalls) {
     bool isOver = false;
@@ -90,6 +112,66 @@ TEST(HostTest, GoesAtAnyMomentWithoutLeaksOrLateCalls) {
             watched = both.ann.component;
         }
         ASSERT_TRUE(watched.expired()) << "after " << jobs << " jobs";
+    }
+}
+
+TEST(HostTest, PlayerTellsOfFragmentsWhileTheStreamFlowsAndTheLiveShareIsShown) {
+    TwoAnalysts both(1);
+    both.cloud.videos().add(liveVideo("video", "team", "Derby"));
+    both.time.runFor(Seconds(12));
+    const std::string timelineId = both.bensTimeline()->uniqueId();
+    const auto player = Player::make(both.ben.host, timelineId, "video");
+    const auto questions = [&] {
+        return std::ranges::count(both.trace.entries("Ben", TraceKind::call), "getVideo",
+                                  [](const TraceEntry& entry) { return entry.field("name"); });
+    };
+    player->start();
+    both.time.runFor(Seconds(41));
+    EXPECT_EQ(player->fragments(), 10U);
+    EXPECT_EQ(player->manifestURL(), both.cloud.videos().find("video")->streams->front().playbackURL);
+    EXPECT_EQ(questions(), 1) << "For the manifest: with fragments nobody asks for the status.";
+
+    both.ann.host.setLinkUp(false);
+    both.time.runFor(Seconds(30));
+    EXPECT_EQ(player->fragments(), 10U);
+    EXPECT_EQ(questions(), 2) << "A pause is looked into once.";
+    both.ann.host.setLinkUp(true);
+    both.time.runFor(Seconds(8));
+    EXPECT_EQ(player->fragments(), 12U);
+    player->setHangs(true);
+    both.time.runFor(Seconds(30));
+    EXPECT_EQ(questions(), 3) << "So is silence.";
+    player->setHangs(false);
+
+    both.ann.host.capture().stopPublishing();
+    both.time.runFor(Seconds(60));
+    EXPECT_EQ(both.ben.component->sessionDetails(timelineId)->status,
+              RemoteCoding::RemoteCodingSessionStatus::streamEnded);
+    EXPECT_FALSE(player->isPlaying());
+    EXPECT_EQ(questions(), 3);
+
+    both.cloud.videos().setStream("video", StreamState::flowing);
+    player->start();
+    both.time.runFor(Seconds(9));
+    both.ben.host.timelines().stopLiveShareWithTimelineId(timelineId);
+    both.time.runFor(Seconds(30));
+    EXPECT_EQ(player->fragments(), 2U);
+}
+
+TEST(HostTest, TheServiceLearnsOfTheEndOfAStreamWhenThePublishersLinkIsBack) {
+    for (const std::string status : {"LiveVideoReady", "Error"}) {
+        TwoAnalysts both(1);
+        CloudVideos& videos = both.cloud.videos();
+        videos.add(liveVideo("video", "team", "Derby"));
+        both.time.runFor(Seconds(1));
+        videos.setStatus("video", status);
+        EXPECT_EQ(videos.stream("video"), StreamState::flowing);
+        both.ann.host.setLinkUp(false);
+        EXPECT_EQ(videos.stream("video"), StreamState::interrupted);
+        both.ann.host.stopCapture();
+        EXPECT_EQ(videos.find("video")->status, status);
+        both.ann.host.setLinkUp(true);
+        EXPECT_EQ(videos.find("video")->status, status == "Error" ? "Error" : "Ended");
     }
 }
 
