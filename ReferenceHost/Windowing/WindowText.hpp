@@ -18,15 +18,15 @@ class TableView;
 /// A few lines, each with its end: the title, then a line for each control, with what it is called on the left.
 ///
 ///     .- New Session -----------------------------------------
-///     | Feeds:      [x]  Camera 1
-///     |             [ ]  Camera 2
+///     | Feeds:      > [x]  Camera 1
+///     |               [ ]  Camera 2
 ///     | Video Name: Derby
 ///     | Team:       < Reds >  Blues
 ///     |             [ Cancel ]  ( Create )
 ///     '-------------------------------------------------------
 ///
-/// A button in round brackets is disabled, as are a pop-up without brackets and a field in round ones; ">" marks the selected
-/// row.
+/// A button or pop-up in round brackets is disabled; ">" marks the selected row. While a sign-in covers the window, that is shown
+/// instead of the controls.
 [[nodiscard]] std::string windowText(const HeadlessWindow& window);
 
 /// A button whose deed cannot be taken back has an exclamation mark. `kind`: what stands in the frame.
