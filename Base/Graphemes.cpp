@@ -2,8 +2,6 @@
 
 #include "Base/UTF8.hpp"
 
-#include "Base/UTF8.hpp"
-
 #include <algorithm>
 #include <cstdint>
 #include <iterator>

@@ -34,12 +34,12 @@ public:
         }
         for (const auto& member : *members_) {
             if (std::find(known.begin(), known.end(), member.name) == known.end()) {
-                fail(place(member.name), "is unknown");
+                fail(at(member.name), "is unknown");
             }
         }
     }
 
-    [[nodiscard]] std::string place(std::string_view name) const {
+    [[nodiscard]] std::string at(std::string_view name) const {
         return place_.empty() ? std::string(name) : place_ + "." + std::string(name);
     }
 
@@ -49,7 +49,7 @@ public:
         const auto* value = find(name);
         const auto* typed = value != nullptr ? value->as<Type>() : nullptr;
         if (value != nullptr && typed == nullptr) {
-            fail(place(name), "is of the wrong type");
+            fail(at(name), "is of the wrong type");
         }
         return typed;
     }
@@ -58,7 +58,7 @@ public:
     [[nodiscard]] const Type& required(std::string_view name) const {
         const auto* value = optional<Type>(name);
         if (value == nullptr) {
-            fail(place(name), "is missing");
+            fail(at(name), "is missing");
         }
         return *value;
     }
@@ -75,9 +75,9 @@ public:
         if (value == nullptr) {
             return {};
         }
-        const Members text(*value, place(name), {"text", "comment"});
-        static_cast<void>(text.required<std::string>("comment"));
-        return text.required<std::string>("text");
+        const Members members(*value, at(name), {"text", "comment"});
+        static_cast<void>(members.required<std::string>("comment"));
+        return members.required<std::string>("text");
     }
 
     template <typename Value>
@@ -86,7 +86,7 @@ public:
         const auto found = std::find_if(values.begin(), values.end(),
                                         [&](const auto& each) { return each.first == spelling; });
         if (found == values.end()) {
-            fail(place(name), "is none of those known");
+            fail(at(name), "is none of those known");
         }
         return found->second;
     }
@@ -98,7 +98,7 @@ public:
         std::vector<decltype(read(elements.front(), std::string()))> result;
         result.reserve(elements.size());
         for (std::size_t i = 0; i < elements.size(); ++i) {
-            result.push_back(read(elements[i], place(name) + "[" + std::to_string(i) + "]"));
+            result.push_back(read(elements[i], at(name) + "[" + std::to_string(i) + "]"));
         }
         return result;
     }
@@ -115,7 +115,8 @@ private:
 };
 
 WindowLayoutColumn readColumn(const JSONValue& value, std::string place) {
-    const Members members(value, std::move(place), {"identifier", "title", "cellIdentifier", "cell", "action"});
+    const Members members(value, std::move(place),
+                          {"identifier", "title", "cellIdentifier", "cell", "action"});
     WindowLayoutColumn column;
     column.identifier = members.required<std::string>("identifier");
     column.title = members.text("title");
@@ -144,7 +145,7 @@ WindowLayoutControl readControl(const JSONValue& value, std::string place) {
     if (control.kind == Kind::tableView) {
         control.columns = members.list("columns", readColumn);
     } else if (members.optional<JSONArray>("columns") != nullptr) {
-        fail(members.place("columns"), "belongs to no table");
+        fail(members.at("columns"), "belongs to no table");
     }
     return control;
 }
