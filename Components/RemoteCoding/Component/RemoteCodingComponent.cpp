@@ -75,6 +75,7 @@ RemoteCodingComponent::RemoteCodingComponent(HostEnvironment& environment,
 
 RemoteCodingComponent::~RemoteCodingComponent() {
     gate_->close();
+    closeWindows();
     for (const auto observer : observers_) {
         guarded(environment_, "deinit", [&] { environment_.notificationCenter.removeObserver(observer); });
     }

@@ -10,9 +10,7 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <source_location>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace RemoteCoding {
@@ -21,6 +19,7 @@ class EnvironmentGate;
 class LiveStreamObserver;
 class LiveStreamObserverProtocol;
 class RemoteCodingSession;
+class SessionWindowController;
 class TevuRemoteCodingService;
 class TimelineUploadService;
 
@@ -94,6 +93,12 @@ public:
 private:
     class LiveStreamDelegate;
     struct Join;
+    struct Prompt;
+    /// The controller of an open window; null when none is open.
+    struct WindowOwner {
+        std::shared_ptr<SessionWindowController> controller;
+        NotificationCenterProtocol::ObserverId willCloseObserver = 0;
+    };
     struct EndedSynchroniser {
         std::weak_ptr<TimelineUploadService> synchroniser;
         std::shared_ptr<const SynchronisationStatus> finalStatus;
@@ -125,15 +130,23 @@ private:
     void cancelSyncing(RemoteCodingSession& session);
 
     void showFailedSessionAlert(const std::string& timelineId);
+    void showCaptureNotStartedAlert();
 
-    void logNotAvailable(std::string_view function,
-                         const std::source_location& location = std::source_location::current()) const;
+    [[nodiscard]] WindowOwner keptWhileOpen(std::shared_ptr<SessionWindowController> controller,
+                                            void (RemoteCodingComponent::*willClose)(const Notification&));
+    static void showAndLoad(const WindowOwner& owner);
+    void createSharingSessionWindowWillClose(const Notification& notification);
+    void joinSharingSessionWindowWillClose(const Notification& notification);
+    void letGo(WindowOwner& owner);
+    void closeWindows();
 
     HostEnvironment& environment_;
     std::shared_ptr<EnvironmentGate> gate_;  // shared with the host's completions, which may come late
     std::shared_ptr<TevuRemoteCodingService> remoteCodingService_;
     std::shared_ptr<LiveStreamObserverProtocol> liveStreamDelegate_;  // from the first joined session on
     std::vector<NotificationCenterProtocol::ObserverId> observers_;
+    WindowOwner newSharingSessionWindowController_;
+    WindowOwner joinSharingSessionWindowController_;
     std::map<std::string, std::shared_ptr<RemoteCodingSession>> remoteCodingSessionsByTimelineId_;
     std::map<std::string, EndedSynchroniser> endedSynchronisersByTimelineId_;
 };

@@ -18,14 +18,17 @@ namespace RemoteCoding {
 
 /// Everything that a host calls. Main thread only, all of it; completions are called on the main thread, never inside
 /// the call.
-///
-/// Operations marked "Not yet" log an error that says so, and complete with a failure where they complete.
 class REMOTE_CODING_EXPORT RemoteCodingComponentProtocol : public HostObject {
 public:
-    /// Not yet. Shows the window in which a session is started from a capture feed. Not while a session is hosted already.
+    /// Shows the window in which a session is started from a capture feed, or brings it to the front, and fills it anew.
+    /// Without a running capture an alert says so instead and offers the capture window; it blocks the main thread until it
+    /// is answered. Nothing happens while this user hosts a session. A window that the toolkit cannot make is logged, and
+    /// the next call tries again.
+    ///
+    /// The windows of this and the next operation close with the component.
     virtual void openCreateSharingSessionWindow() = 0;
 
-    /// Not yet. Shows the window in which a live session of a team is joined.
+    /// Shows the window in which a live session of a team is joined, or brings it to the front, and fills it anew.
     virtual void openJoinSharingSessionWindow() = 0;
 
     /// Whether the timeline has a session in which edits are shared or a stream is live.
@@ -58,11 +61,16 @@ public:
     /// Leaves the session that this user has joined, without asking.
     virtual void exitRemoteCodingSession(const std::string& timelineId) = 0;
 
-    /// Not yet. Asks, in a sheet on the window, whether to end the hosted session, and does so.
+    /// Asks, in a sheet on the window, whether to end the hosted session. Returns at once. When the user confirms, the session
+    /// that the timeline has by then is ended, and with it the capture, if it is still the timeline's. Any other end of the
+    /// sheet, and a null window, which is logged, leave the session as it is.
+    ///
+    /// A session that is not active any more is ended without asking.
     virtual void promptEndRemoteCodingSession(std::shared_ptr<WindowProtocol> on,
                                               const std::string& timelineId) = 0;
 
-    /// Not yet. Asks, in a sheet on the window, whether to leave the joined session, and does so.
+    /// The same for a session that this user has joined: asks whether to leave it, and with it the live share of the
+    /// timeline that is in front when the user confirms.
     virtual void promptExitRemoteCodingSession(std::shared_ptr<WindowProtocol> on,
                                                const std::string& timelineId) = 0;
 
