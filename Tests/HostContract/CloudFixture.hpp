@@ -1,8 +1,10 @@
 #pragma once
 
 #include "Base/ExecutionProtocol.hpp"
-#include "Components/RemoteCoding/HostInterfaces/TevuGraphQLClientProtocol.hpp"
 #include "Components/RemoteCoding/HostInterfaces/SyncLibraryProtocol.hpp"
+#include "Components/RemoteCoding/HostInterfaces/TevuAPIError.hpp"
+#include "Components/RemoteCoding/HostInterfaces/TevuGraphQLClientProtocol.hpp"
+#include "Components/RemoteCoding/HostInterfaces/TevuTeamServiceProtocol.hpp"
 #include "Tests/HostContract/NamedHost.hpp"
 
 #include <gtest/gtest.h>
@@ -50,6 +52,13 @@ public:
     /// What the clip says, with the name of its row as the code, and anything but that when it is on no row.
     [[nodiscard]] virtual Clip clipOf(const Instance& instance) = 0;
 
+    [[nodiscard]] virtual RemoteCoding::TevuTeamServiceProtocol& teamService(std::size_t analyst) = 0;
+
+    /// Nobody is signed in at first, and there is no team. False: the service accepts the earlier sign-ins no more.
+    virtual void setSignedIn(std::size_t analyst, bool signedIn) = 0;
+    virtual void addTeam(const std::string& teamId, std::size_t member,
+                         const std::vector<RemoteCoding::TevuFeaturePrivilege>& privileges) = 0;
+
     /// Cuts the analyst's network, or mends it.
     virtual void setLinkUp(std::size_t analyst, bool up) = 0;
 
@@ -62,7 +71,7 @@ public:
 
 using CloudHost = NamedHost<CloudFixture, std::size_t>;  // made for so many analysts
 
-/// The base of both suites: three analysts of one team with one video.
+/// The base of the suites: three analysts of one team with one video.
 class CloudContractTest : public testing::TestWithParam<CloudHost> {
 protected:
     enum Analyst : std::size_t { ann, ben, cleo };

@@ -5,6 +5,7 @@
 #include "Tests/HostContract/CloudServiceContract.hpp"
 #include "Tests/HostContract/ReferenceHostClocks.hpp"
 #include "Tests/HostContract/SubscriptionContract.hpp"
+#include "Tests/HostContract/VideosContract.hpp"
 
 namespace HostContract {
 
@@ -69,6 +70,19 @@ public:
         return Clip(clip.row() ? clip.row()->name() : "no row", clip.startTime(), clip.endTime(),
                     clip.notes());
     }
+    RemoteCoding::TevuTeamServiceProtocol& teamService(std::size_t analyst) override {
+        return *clients_[analyst]->teamService();
+    }
+    void setSignedIn(std::size_t analyst, bool signedIn) override {
+        const std::string user = std::to_string(analyst);
+        signedIn ? clients_[analyst]->signIn(user) : service_.teams().expireSignIn(user);
+    }
+    void addTeam(const std::string& teamId, std::size_t member,
+                 const std::vector<RemoteCoding::TevuFeaturePrivilege>& privileges) override {
+        service_.teams().add({.id = teamId,
+                              .members = {std::to_string(member)},
+                              .privileges = {privileges.begin(), privileges.end()}});
+    }
     void setLinkUp(std::size_t analyst, bool up) override { clients_[analyst]->setLinkUp(up); }
     bool runUntil(const std::function<bool()>& predicate) override { return clock_.runUntil(predicate); }
     void settle() override { clock_.settle(); }
@@ -92,6 +106,7 @@ const auto hosts = hostsOnEachClock<CloudHost, ReferenceCloudFixture>();
 }  // namespace
 
 INSTANTIATE_TEST_SUITE_P(ReferenceHost, CloudServiceContract, hosts, nameOf<CloudHost>);
+INSTANTIATE_TEST_SUITE_P(ReferenceHost, VideosContract, hosts, nameOf<CloudHost>);
 INSTANTIATE_TEST_SUITE_P(ReferenceHost, SubscriptionContract, hosts, nameOf<CloudHost>);
 
 }  // namespace HostContract

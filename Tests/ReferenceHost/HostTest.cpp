@@ -132,15 +132,15 @@ TEST(HostTest, PlayerTellsOfFragmentsWhileTheStreamFlowsAndTheLiveShareIsShown) 
     EXPECT_EQ(questions(), 1) << "For the manifest: with fragments nobody asks for the status.";
 
     both.ann.host.setLinkUp(false);
-    both.time.runFor(Seconds(30));
+    both.time.runFor(Seconds(12));
     EXPECT_EQ(player->fragments(), 10U);
-    EXPECT_EQ(questions(), 2) << "A pause is looked into once.";
+    EXPECT_EQ(questions(), 2) << "A pause is looked into sooner than silence.";
     both.ann.host.setLinkUp(true);
     both.time.runFor(Seconds(8));
     EXPECT_EQ(player->fragments(), 12U);
     player->setHangs(true);
     both.time.runFor(Seconds(30));
-    EXPECT_EQ(questions(), 3) << "So is silence.";
+    EXPECT_EQ(questions(), 3) << "And silence after 15 seconds.";
     player->setHangs(false);
 
     both.ann.host.capture().stopPublishing();
