@@ -46,11 +46,19 @@ void WindowOnScreen::expectUsable(const std::string& deed) const {
 template <typename Kind>
 std::shared_ptr<Kind> WindowOnScreen::find(const std::string& title) const {
     expectOpen();
+    std::shared_ptr<Kind> label;  // which often stands beside the control that is called the same
     for (const auto& control : window_->controls()) {
-        if (auto found = std::dynamic_pointer_cast<Kind>(control);
-            found && control->layout().title == title) {
+        auto found = std::dynamic_pointer_cast<Kind>(control);
+        if (!found || control->layout().title != title) {
+            continue;
+        }
+        if (control->layout().kind != Control::Kind::label) {
             return found;
         }
+        label = std::move(found);
+    }
+    if (label) {
+        return label;
     }
     cannot("find \"" + title + "\" in the window \"" + window_->title() + "\"");
 }
