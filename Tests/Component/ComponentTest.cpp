@@ -1,9 +1,10 @@
-// What the component does until a session runs, the shared component, and the operations to come.
+// What the component does until a session runs, and the shared component.
 
 #include "Tests/Component/ComponentTest.hpp"
 
+#include "Components/RemoteCoding/Services/TevuRemoteCodingService.hpp"
+
 #include <future>
-#include <set>
 #include <thread>
 
 namespace RemoteCoding {
@@ -185,6 +186,7 @@ TEST_F(JoinTest, ACompletionMayOutliveTheComponentAndItsEnvironment) {
 
 TEST_F(ProtocolTest, TheSharedComponentIsBuiltOnceOnTheInstalledHost) {
     EXPECT_THROW((void)RemoteCodingComponent::shared(), std::logic_error);
+    EXPECT_THROW((void)TevuRemoteCodingService::shared(), std::logic_error);
     RemoteCodingComponent::installHost(host_.environment());
     // Whichever thread comes first builds it; the reference host takes other threads than this one for its main thread too.
     std::vector<std::future<std::shared_ptr<RemoteCodingComponent>>> found(4);
@@ -201,17 +203,17 @@ TEST_F(ProtocolTest, TheSharedComponentIsBuiltOnceOnTheInstalledHost) {
     EXPECT_NO_THROW(RemoteCodingComponent::installHost(host_.environment()));
     RemoteCodingComponent::uninstallHost();
     EXPECT_THROW((void)RemoteCodingComponent::shared(), std::logic_error);
+
+    RemoteCodingComponent::installHost(other.environment());
+    const auto service = TevuRemoteCodingService::shared();
+    EXPECT_EQ(service->tevuGraphQLClient(), other.environment().graphQLClient);
+    EXPECT_THROW(RemoteCodingComponent::installHost(host_.environment()), std::logic_error);
+    EXPECT_EQ(TevuRemoteCodingService::shared(), service);
+    RemoteCodingComponent::uninstallHost();
+    EXPECT_THROW((void)TevuRemoteCodingService::shared(), std::logic_error);
 }
 
-TEST_F(ProtocolTest, OperationsToComeSaySoAndCallersOnAnotherThreadAreReported) {
-    component_->openCreateSharingSessionWindow();
-    component_->openJoinSharingSessionWindow();
-    component_->promptEndRemoteCodingSession(nullptr, "timeline");
-    component_->promptExitRemoteCodingSession(nullptr, "timeline");
-    expectedErrors_ = errors();
-    EXPECT_EQ(std::set(expectedErrors_.begin(), expectedErrors_.end()).size(), 4U);
-    EXPECT_THAT(expectedErrors_, testing::Each(testing::EndsWith(" is not available yet")));
-
+TEST_F(ProtocolTest, ACallerOnAnotherThreadIsReported) {
     execution_.postToBackground([&] { (void)component_->hasActiveSession("timeline"); });
     settle();
     const auto report = trace_.entries("Ann", ReferenceHost::TraceKind::wrongThread).back();
