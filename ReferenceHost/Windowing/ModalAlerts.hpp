@@ -17,8 +17,8 @@ namespace ReferenceHost {
 
 /// An answer that is settled before its alert appears.
 struct PlannedAnswer {
-    std::string button;                          ///< its title
-    Base::Seconds after{0};                      ///< from the alert's appearance
+    std::string button;                            ///< its title
+    Base::Seconds after{0};                        ///< from the alert's appearance
     std::optional<std::string> expectedMessage{};  ///< another alert's is an error
 };
 
