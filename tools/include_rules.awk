@@ -1,7 +1,7 @@
 # Reads C++ files and reports each #include that the layering forbids. Called by tools/lint from the repository's
 # root, with the public headers of Base in the variable `base_public` (names separated by blanks).
 #
-#   Base <- HostInterfaces <- Models, Services <- ViewModel <- ViewControllers <- Component
+#   Base <- HostInterfaces <- Resources <- Models, Services <- ViewModel <- ViewControllers <- Component
 #   ReferenceHost sees Base and HostInterfaces; Examples see public headers and ReferenceHost.
 #   Public headers include public headers and the standard library, and no coroutine.
 
