@@ -4,6 +4,7 @@
 #include "Components/RemoteCoding/Models/HostCalls.hpp"
 #include "Components/RemoteCoding/Models/Limits.hpp"
 #include "Components/RemoteCoding/Models/RemoteCodingSession.hpp"
+#include "Components/RemoteCoding/Resources/LocalizedText.hpp"
 #include "Components/RemoteCoding/Services/TimelineUploadService.hpp"
 
 #include <atomic>
@@ -37,6 +38,7 @@ struct RemoteCodingComponent::Join {
     std::string teamId;
     std::optional<std::string> taggingSessionId;
     mutable std::atomic<bool> isAnswered{false};  // the host's completion counts once
+    mutable bool hasFailed = false;               // main thread; the host may have completed before it failed
 };
 
 Base::Result<void> RemoteCodingComponent::createNewRemoteCodingSession(
@@ -55,19 +57,23 @@ Base::Result<void> RemoteCodingComponent::createNewRemoteCodingSession(
         }
         const auto capture = environment_.componentLocator.captureComponent();
         if (!capture) {
-            return Base::failure<void>(std::runtime_error("The host has no capture component"));
+            return Base::failure<void>(std::runtime_error(
+                localized(environment_, "The capture is not available.",
+                          "Error text when a session cannot start because capturing is impossible")));
         }
         if (!publishSession || !device) {
-            return Base::failure<void>(
-                std::invalid_argument("A session needs a publish session and a device"));
+            return Base::failure<void>(std::invalid_argument(
+                localized(environment_, "The session has no video or no feed.",
+                          "Error text when a session cannot start because its video or feed is missing")));
         }
+        // Made before the capture starts: a failure afterwards would leave a stream that no session stands for.
+        std::vector<LiveStreamingVideoStream> streams{LiveStreamingVideoStream(device->localizedName())};
+        const auto session = std::make_shared<RemoteCodingSession>(
+            name, std::move(streams), timeline->uniqueId(), publishSession->videoId(), teamId, true);
         auto started = capture->captureToTevuLibraryWithPublishSession(publishSession, teamId, device);
         if (!started.succeeded()) {
             return started;
         }
-        std::vector<LiveStreamingVideoStream> streams{LiveStreamingVideoStream(device->localizedName())};
-        const auto session = std::make_shared<RemoteCodingSession>(
-            name, std::move(streams), timeline->uniqueId(), publishSession->videoId(), teamId, true);
         attachSynchroniser(*session, user->id, std::nullopt);
         registerSession(session);
         return {};
@@ -90,6 +96,7 @@ void RemoteCodingComponent::joinRemoteCodingSession(const ShareFile& shareFile, 
     }
     if (error) {
         join->isAnswered = true;
+        join->hasFailed = true;
         logError(environment_.logManager, "Failed to open a remote coding session.", Base::describe(error),
                  joinFunction);
     }
@@ -120,6 +127,9 @@ Base::Result<void> RemoteCodingComponent::openLiveShare(const ShareFile& shareFi
 
 void RemoteCodingComponent::liveShareDidOpen(const std::shared_ptr<const Join>& join,
                                              const std::string& timelineVideoId) {
+    if (join->hasFailed) {
+        return;
+    }
     guarded(environment_, joinFunction, [&] {
         const auto user = environment_.account.user();
         if (!user) {

@@ -190,7 +190,9 @@ void VideoSharingNewSessionWindowController::startSession(
         if (const auto component = environment().componentLocator.remoteCodingComponent()) {
             error = component->createNewRemoteCodingSession(videoName, publishSession, teamId, feed).error();
         } else {
-            error = std::make_exception_ptr(std::runtime_error("The host has no remote coding component"));
+            error = std::make_exception_ptr(std::runtime_error(
+                localized(environment(), "Sharing sessions are not available.",
+                          "Error text when a session cannot start because sharing has been shut down")));
         }
     } catch (...) {
         error = std::current_exception();
