@@ -26,8 +26,7 @@ constexpr std::string_view streamsFunction = "streamURLs(videoId:streamIds:)";
 
 const std::vector<VideoStream>& streamsOf(const VideoItem& video) {
     if (!video.streams) {
-        throw VideoError(VideoError::Case::noStreams, "The video has no streams.",
-                         "Try again when the video is live.");
+        throw VideoError(VideoError::Case::noStreams, "The video has no streams.");
     }
     return *video.streams;
 }
@@ -62,8 +61,7 @@ StreamURLs streamURLsOf(const VideoItem& video, const std::vector<std::string>& 
         }
         if (!stream.playbackURL) {
             throw VideoError(VideoError::Case::noPlaybackURL,
-                             "The stream with the id \"" + stream.id + "\" cannot be played.",
-                             "Try again in a moment.");
+                             "The stream with the id \"" + stream.id + "\" cannot be played.");
         }
         if (auto url = Base::URL::parse(*stream.playbackURL)) {
             urls.insert_or_assign(stream.id, *std::move(url));
@@ -73,8 +71,7 @@ StreamURLs streamURLsOf(const VideoItem& video, const std::vector<std::string>& 
     }
     if (video.status == "Error") {
         throw TevuAPIError(TevuAPIError::Case::video, "The video is in error.",
-                           static_cast<std::int64_t>(VideoError::Case::inError),
-                           "Join another session, or ask its host to start a new one.");
+                           static_cast<std::int64_t>(VideoError::Case::inError));
     }
     return urls;
 }

@@ -41,7 +41,9 @@ public:
     sessionDetails(const std::string& timelineId) const = 0;
 
     /// Publishes the running capture as a session. Without a running capture or a signed-in user nothing is created and
-    /// nothing fails: `sessionDetails` of the capturing timeline tells. The failure is the capture component's own error; nothing has been created then.
+    /// nothing fails: `sessionDetails` of the capturing timeline tells. The failure is the capture component's own error, or
+    /// that there is no capture component, publish session or device; nothing has been created then. Its text is shown to the
+    /// user.
     virtual Base::Result<void> createNewRemoteCodingSession(
         const std::string& name, std::shared_ptr<PublishSessionProtocol> publishSession,
         const std::string& teamId, std::shared_ptr<CaptureDeviceProtocol> device) = 0;
@@ -78,7 +80,8 @@ public:
     /// the timeline it is absent too, and the service is not asked. What was found becomes the session's, which an update
     /// tells.
     ///
-    /// Fails with a `TevuAPIError::Video` of the case `noStreams`, or with the client's own error. The completion is called
+    /// Fails with a `TevuAPIError::Video` of the case `noStreams`, or with the client's own error. The component's errors are
+    /// for the host's player and its log: their texts are English and suggest nothing to the user. The completion is called
     /// once, also when the session, or the component, goes meanwhile; never, once the environment's unfinished tasks have been
     /// dropped or the execution takes no more jobs.
     virtual void getManifestURL(const std::string& timelineId, const std::string& videoId,
@@ -109,7 +112,7 @@ public:
     ///
     /// Fails with a `TevuAPIError::Video` of the case `noStreams`, `unknownStream` or `noPlaybackURL`; with a `TevuAPIError`
     /// of the case `video` and the value of `Video::Case::inError`, once all URLs have been found, when the service's word
-    /// for the video is "Error"; or with the client's own error. The completion is called as that of `getManifestURL`.
+    /// for the video is "Error"; or with the client's own error. Texts and completion are as those of `getManifestURL`.
     virtual void streamURLs(const std::string& videoId, const std::vector<std::string>& streamIds,
                             Base::Completion<std::map<std::string, Base::URL>> completion) = 0;
 };
