@@ -7,7 +7,7 @@
 
 namespace RemoteCoding {
 
-/// The host's settings. Main thread only. A missing value counts as false.
+/// The host's settings. Main thread only. A missing value, and one that cannot be read, count as false.
 class REMOTE_CODING_EXPORT UserDefaultsProtocol {
 public:
     virtual ~UserDefaultsProtocol() = default;

@@ -73,8 +73,13 @@ std::optional<std::string> VideoSharingNewSessionViewModel::defaultVideoName() c
             return;
         }
         for (const auto& window : environment_.windowing.applicationWindows()) {
-            if (window && timelines->isTimelineWindow(window)) {
-                name = std::string(videoNameFromTitle(window->title()));
+            // A window that cannot say what it is must not hide those behind it.
+            guarded(environment_, nameFunction, [&] {
+                if (window && timelines->isTimelineWindow(window)) {
+                    name = std::string(videoNameFromTitle(window->title()));
+                }
+            });
+            if (name) {
                 return;
             }
         }
@@ -91,8 +96,12 @@ std::vector<std::shared_ptr<CaptureDeviceProtocol>> VideoSharingNewSessionViewMo
             return;
         }
         const auto feeds = capture->selectedCaptureDevices();
-        const bool isEnhancedCaptureDisabled =
-            environment_.userDefaults.boolForKey(UserDefaultsKeys::disableEnhancedCapture).value_or(false);
+        bool isEnhancedCaptureDisabled = false;
+        guarded(environment_, feedsFunction, [&] {
+            isEnhancedCaptureDisabled =
+                environment_.userDefaults.boolForKey(UserDefaultsKeys::disableEnhancedCapture)
+                    .value_or(false);
+        });
         for (const auto& feed : feeds) {
             // A feed that cannot say what it is must not hide the others.
             guarded(environment_, feedsFunction, [&] {
