@@ -21,13 +21,13 @@ inline constexpr std::int64_t maximumReconnectionAttempts = 300;
 inline constexpr Base::Seconds joinDelay{3.0};
 
 /// A joined session's live stream whose fragments stay out for this long is looked at.
-inline constexpr Base::Seconds fragmentWait{15.0};
+inline constexpr Base::Seconds fragmentDownloadedTimeInterval{15.0};
 
 /// The same after the player has said that it pauses: a pause is expected to be short.
-inline constexpr Base::Seconds pausedFragmentWait{5.0};
+inline constexpr Base::Seconds fragmentsPausedTimeInterval{5.0};
 
 /// By how much both of them may come late, so that the host can fire timers together.
-inline constexpr Base::Seconds fragmentWaitTolerance{1.0};
+inline constexpr Base::Seconds fragmentTimerTolerance{1.0};
 
 /// New moment ids that one job writes back before it lets others have the main thread. A number, not a time, so that a run on
 /// virtual time can be repeated exactly.

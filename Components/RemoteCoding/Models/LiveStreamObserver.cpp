@@ -28,7 +28,7 @@ LiveStreamObserver::make(HostEnvironment& environment, std::shared_ptr<TevuRemot
         new LiveStreamObserver(environment, std::move(service), std::move(tevuVideoId), std::move(timelineId),
                                std::move(delegate)),
         Base::MainThreadDeleter(environment.execution));
-    observer->startFragmentTimerSoon(Limits::fragmentWait);
+    observer->startFragmentTimerSoon(Limits::fragmentDownloadedTimeInterval);
     return observer;
 }
 
@@ -46,7 +46,7 @@ LiveStreamObserver::~LiveStreamObserver() { invalidateFragmentTimer(); }
 
 void LiveStreamObserver::fragmentDownloaded() {
     hasReceivedFragment_ = true;
-    startFragmentTimerSoon(Limits::fragmentWait);
+    startFragmentTimerSoon(Limits::fragmentDownloadedTimeInterval);
 }
 
 void LiveStreamObserver::fragmentDownloadPaused(const std::exception_ptr& with) {
@@ -57,7 +57,7 @@ void LiveStreamObserver::fragmentDownloadPaused(const std::exception_ptr& with) 
         return;
     }
     hasReceivedFragment_ = true;
-    startFragmentTimerSoon(Limits::pausedFragmentWait);
+    startFragmentTimerSoon(Limits::fragmentsPausedTimeInterval);
 }
 
 void LiveStreamObserver::fragmentDownloadDidError(const std::exception_ptr& error) {
@@ -93,7 +93,7 @@ void LiveStreamObserver::startFragmentTimer(Base::Seconds timeInterval) {
     guarded(environment_, startFunction, [&] {
         // The old timer goes after the new one has begun: when the host refuses that, the old deadline still stands.
         auto timer =
-            environment_.execution.startTimer(timeInterval, Limits::fragmentWaitTolerance,
+            environment_.execution.startTimer(timeInterval, Limits::fragmentTimerTolerance,
                                               [self = shared_from_this()] { self->fragmentTimerFired(); });
         invalidateFragmentTimer();
         fragmentDownloadTimer_ = std::move(timer);
@@ -120,7 +120,8 @@ void LiveStreamObserver::fragmentTimerFired() {
         isStarted = true;
     });
     if (!isStarted) {
-        startFragmentTimer(Limits::fragmentWait);  // a check that could not begin must not be the last one
+        // A check that could not begin must not be the last one.
+        startFragmentTimer(Limits::fragmentDownloadedTimeInterval);
     }
 }
 
