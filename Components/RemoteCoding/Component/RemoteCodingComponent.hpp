@@ -46,6 +46,9 @@ public:
     static void uninstallHost();
 
     /// The process-wide component, built on first use. Throws `std::logic_error` before a host is installed.
+    ///
+    /// A host must not call this, `installHost` or `uninstallHost` from inside its `isMainThread` or `addObserver`, which
+    /// are called while it is built: whoever asks meanwhile waits for the component, and these would wait for themselves.
     [[nodiscard]] static std::shared_ptr<RemoteCodingComponent> shared();
 
     /// A component of its own, for processes in which several hosts live.

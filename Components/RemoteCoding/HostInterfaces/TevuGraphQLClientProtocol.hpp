@@ -12,8 +12,9 @@
 
 namespace RemoteCoding {
 
-/// The host's client of the cloud service's GraphQL interface. The operations below may be called from any thread; each gives
-/// one answer, from any thread, and is not repeated by the client.
+/// The host's client of the cloud service's GraphQL interface. The operations below may be called from any thread, the main
+/// thread included, and each must not wait before it returns; it gives one answer, from any thread, and is not repeated by the
+/// client.
 class REMOTE_CODING_EXPORT TevuGraphQLClientProtocol : public GraphQLTaggingSessionProtocol {
 public:
     /// What the service knows of the video now.

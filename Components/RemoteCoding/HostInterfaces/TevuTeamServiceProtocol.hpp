@@ -27,8 +27,8 @@ struct TeamSummary {
 /// The sync library's look-up of teams.
 class REMOTE_CODING_EXPORT TevuTeamServiceProtocol : public HostObject {
 public:
-    /// Main thread. The signed-in user's teams that have all these privileges. One answer, from any thread; a
-    /// `TevuAPIError` of the case `notSignedIn` when the user must sign in (again).
+    /// Main thread; must not wait before it returns. The signed-in user's teams that have all these privileges. One answer,
+    /// from any thread; a `TevuAPIError` of the case `notSignedIn` when the user must sign in (again).
     virtual void fetchTeams(const std::vector<TevuFeaturePrivilege>& with,
                             Base::Completion<std::vector<TeamSummary>> completion) = 0;
 };
