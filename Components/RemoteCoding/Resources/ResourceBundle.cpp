@@ -21,17 +21,14 @@ std::string lowerCase(std::string_view tag) {
     return lower;
 }
 
-/// Takes the last subtag away, and a single letter before it, which introduced it. False when nothing is left.
+/// Takes the last subtag away. False when it is the only one.
 bool shorten(std::string& tag) {
     const auto last = tag.rfind('-');
     if (last == std::string::npos) {
         return false;
     }
     tag.erase(last);
-    if (tag.size() >= 2 && tag[tag.size() - 2] == '-') {
-        tag.erase(tag.size() - 2);
-    }
-    return !tag.empty();
+    return true;
 }
 
 }  // namespace

@@ -54,11 +54,11 @@ public:
         if (line.ends_with('\r')) {
             line.remove_suffix(1);
         }
-        if (const auto start = line.find_first_not_of(blanks); start == std::string_view::npos) {
+        const auto start = line.find_first_not_of(blanks);
+        if (start == std::string_view::npos) {
             return;
-        } else {
-            line = line.substr(start, line.find_last_not_of(blanks) + 1 - start);
         }
+        line = line.substr(start, line.find_last_not_of(blanks) + 1 - start);
         if (line.front() == '#') {
             readComment(line);
         } else if (line.front() == '"') {
@@ -84,7 +84,9 @@ private:
         } else if (key_) {
             throw Fault{"a comment between msgid and msgstr"};
         }
-        if (line.starts_with("#,") && line.find("fuzzy") != std::string_view::npos) {
+        if (line.starts_with("#~")) {
+            isFuzzy_ = false;  // it was the obsolete entry that was
+        } else if (line.starts_with("#,") && line.find("fuzzy") != std::string_view::npos) {
             isFuzzy_ = true;
         }
     }
@@ -144,7 +146,7 @@ private:
     }
 
     static void checkHeader(const std::string& header) {
-        if (header.find("\nContent-Type: text/plain; charset=UTF-8\n") == std::string::npos) {
+        if (("\n" + header).find("\nContent-Type: text/plain; charset=UTF-8\n") == std::string::npos) {
             throw Fault{"the header must say \"Content-Type: text/plain; charset=UTF-8\""};
         }
     }
