@@ -119,6 +119,13 @@ std::string buttonText(const Control& button) {
     return button.isEnabled() ? "[ " + button.layout().title + " ]" : "( " + button.layout().title + " )";
 }
 
+/// Whether the control is a label that says no more than what the control after it is called.
+bool onlyNamesTheNext(const HeadlessWindow& window, std::size_t index) {
+    const auto& controls = window.controls();
+    return controls[index]->layout().kind == Kind::label && index + 1 < controls.size() &&
+           controls[index + 1]->layout().title == dynamic_cast<const TextField&>(*controls[index]).text();
+}
+
 Lines controlLines(const HeadlessWindow& window) {
     std::size_t nameWidth = 0;
     for (const auto& control : window.controls()) {
@@ -128,8 +135,12 @@ Lines controlLines(const HeadlessWindow& window) {
     }
     Lines lines;
     std::string buttons;
-    for (const auto& control : window.controls()) {
+    for (std::size_t index = 0; index < window.controls().size(); ++index) {
+        const auto& control = window.controls()[index];
         const std::string& title = control->layout().title;
+        if (onlyNamesTheNext(window, index)) {
+            continue;
+        }
         if (control->layout().kind == Kind::button) {
             buttons += (buttons.empty() ? "" : "  ") + buttonText(*control);
         } else if (control->layout().kind == Kind::label) {

@@ -15,7 +15,8 @@ class TableView;
 /// Cell by cell: a text, "[x]" or "[ ]" for a check box, the empty text where there is nothing.
 [[nodiscard]] std::vector<std::vector<std::string>> tableTexts(TableView& table);
 
-/// A few lines, each with its end: the title, then a line for each control, with what it is called on the left.
+/// A few lines, each with its end: the title, then a line for each control, with what it is called on the left (once, also
+/// where a label says it as well).
 ///
 ///     .- New Session -----------------------------------------
 ///     | Feeds:      > [x]  Camera 1
