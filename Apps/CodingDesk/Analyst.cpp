@@ -1,7 +1,5 @@
 #include "Apps/CodingDesk/Analyst.hpp"
 
-#include "Apps/CodingDesk/Cast.hpp"
-
 #include <chrono>
 
 namespace CodingDesk {
@@ -10,15 +8,15 @@ namespace {
 
 constexpr int shutdownChecks = 100;
 constexpr std::chrono::milliseconds shutdownInterval{50};
+constexpr std::chrono::milliseconds lookInterval{20};
+constexpr std::chrono::milliseconds shortLook{50};
 
 }  // namespace
 
-Analyst::Analyst(AnalystIndex index, World& world, Arrivals& arrivals, std::uint64_t seed,
-                 Workplace::SessionListener listener)
-    : name_(castName(index)) {
+Analyst::Analyst(AnalystIndex index, RealWorld& world, const Surroundings& surroundings) : Seat(index) {
     thread_ = std::thread([this] { runLoop(); });
     try {
-        makeWorkplace(index, world, arrivals, seed, std::move(listener));
+        makeWorkplace(index, world, surroundings);
     } catch (...) {
         loop_.stop();
         thread_.join();
@@ -26,14 +24,14 @@ Analyst::Analyst(AnalystIndex index, World& world, Arrivals& arrivals, std::uint
     }
 }
 
-void Analyst::makeWorkplace(AnalystIndex index, World& world, Arrivals& arrivals, std::uint64_t seed,
-                            Workplace::SessionListener listener) {
+void Analyst::makeWorkplace(AnalystIndex index, RealWorld& world, const Surroundings& surroundings) {
     const auto ready = std::make_shared<std::promise<void>>();
     auto future = ready->get_future();
     loop_.post([&, this, ready] {
         try {
-            workplace_ =
-                std::make_unique<Workplace>(index, loop_, world, arrivals, seed, std::move(listener));
+            execution_ = std::make_unique<ReferenceHost::RealExecution>(loop_, world.pool, world.scheduler,
+                                                                        name(), &world.world.trace);
+            workplace_ = std::make_unique<Workplace>(index, *execution_, surroundings, true);
             ready->set_value();
         } catch (...) {
             ready->set_exception(std::current_exception());
@@ -54,9 +52,25 @@ Analyst::~Analyst() {
     } catch (...) {
         // The session stays as it is; the application goes all the same.
     }
-    loop_.post([this] { workplace_.reset(); });
+    loop_.post([this] {
+        workplace_.reset();
+        execution_.reset();
+    });
     loop_.post([this] { loop_.stop(); });
     thread_.join();
+}
+
+void Analyst::lookAround() { std::this_thread::sleep_for(shortLook); }
+
+bool Analyst::comesTrue(const Question& question, Base::Seconds patience) {
+    const auto end = std::chrono::steady_clock::now() + patience;
+    while (!ask<bool>(question)) {
+        if (std::chrono::steady_clock::now() >= end) {
+            return false;
+        }
+        std::this_thread::sleep_for(lookInterval);
+    }
+    return true;
 }
 
 void Analyst::tell(std::function<void(Workplace&)> instruction) {

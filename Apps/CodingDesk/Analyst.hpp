@@ -1,6 +1,9 @@
 #pragma once
 
+#include "Apps/CodingDesk/Seat.hpp"
 #include "Apps/CodingDesk/Workplace.hpp"
+#include "ReferenceHost/Execution/RealExecution.hpp"
+#include "ReferenceHost/Execution/RunLoop.hpp"
 
 #include <cstdint>
 #include <exception>
@@ -15,19 +18,21 @@
 
 namespace CodingDesk {
 
-/// One analyst: a thread, which is the main thread of the analyst's application, and what is asked of it from outside.
-/// Made, used and destroyed by one other thread.
-class Analyst {
+/// One analyst in real time: a thread, which is the main thread of the analyst's application, and what is asked of it from
+/// outside. Made, used and destroyed by one other thread.
+class Analyst final : public Seat {
 public:
-    Analyst(AnalystIndex index, World& world, Arrivals& arrivals, std::uint64_t seed,
-            Workplace::SessionListener listener);
+    /// What is given outlives the analyst; the surroundings' world is the real one.
+    Analyst(AnalystIndex index, RealWorld& world, const Surroundings& surroundings);
 
     /// Ends the session if it still runs, gives its last work a few seconds, and waits for the thread.
-    ~Analyst();
+    ~Analyst() override;
     Analyst(const Analyst&) = delete;
     Analyst& operator=(const Analyst&) = delete;
 
-    [[nodiscard]] const std::string& name() const { return name_; }
+    // Seat
+    void at(const Deed& deed) override { ask<void>(deed); }
+    void lookAround() override;
 
     /// Does it on the analyst's main thread and waits for the result. What it throws is thrown here.
     template <typename Result>
@@ -56,16 +61,19 @@ public:
     /// What went wrong on the analyst's main thread, first thing first. Any thread.
     [[nodiscard]] std::exception_ptr failure() const;
 
+protected:
+    [[nodiscard]] bool comesTrue(const Question& question, Base::Seconds patience) override;
+
 private:
-    void makeWorkplace(AnalystIndex index, World& world, Arrivals& arrivals, std::uint64_t seed,
-                       Workplace::SessionListener listener);
+    void makeWorkplace(AnalystIndex index, RealWorld& world, const Surroundings& surroundings);
     void runLoop();
     void didFail(std::exception_ptr error);
 
-    const std::string name_;
     ReferenceHost::RunLoop loop_;
-    std::unique_ptr<Workplace> workplace_;  // of the thread below
-    mutable std::mutex mutex_;              // guards the failure
+    // Of the thread below, both.
+    std::unique_ptr<ReferenceHost::RealExecution> execution_;
+    std::unique_ptr<Workplace> workplace_;
+    mutable std::mutex mutex_;  // guards the failure
     std::exception_ptr failure_;
     std::thread thread_;
 };

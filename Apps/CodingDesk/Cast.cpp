@@ -12,4 +12,15 @@ std::string_view castName(std::size_t index) {
     return names.at(index);
 }
 
+std::string_view castUser(std::size_t index) {
+    static constexpr std::array<std::string_view, Options::mostAnalysts> users{
+        "ana@club.example",  "bjorn@club.example", "chloe@club.example",   "dinesh@club.example",
+        "elif@club.example", "femi@club.example",  "grainne@club.example", "haruto@club.example"};
+    return users.at(index);
+}
+
+std::vector<std::string> castLanguages(std::size_t index) {
+    return {castName(index) == "Chloé" ? "fr" : "en"};
+}
+
 }  // namespace CodingDesk

@@ -6,13 +6,23 @@
 #include <algorithm>
 #include <map>
 #include <set>
-#include <string_view>
 
 namespace CodingDesk {
 
-namespace {
+MatchState stateOf(const ReferenceHost::TaggingSessionRecord& session) {
+    MatchState state;
+    for (const auto& moment : session.moments) {
+        state.clips.push_back({moment->id, moment->code, moment->start, moment->end});
+    }
+    if (session.presentationView) {
+        for (const auto& code : *session.presentationView) {
+            state.rows.push_back({code.name, code.color});
+        }
+    }
+    return state;
+}
 
-std::string quoted(std::string_view text) { return '"' + printable(text) + '"'; }
+namespace {
 
 std::string described(const ClipState& clip) {
     return "the clip " + matchTime(clip.start) + "–" + matchTime(clip.end) + " on " + quoted(clip.row);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Base/Color.hpp"
+#include "ReferenceHost/Cloud/RemoteRecords.hpp"
 
 #include <cstddef>
 #include <optional>
@@ -28,6 +29,9 @@ struct MatchState {
     std::vector<RowState> rows;  ///< from top to bottom
     std::vector<ClipState> clips;
 };
+
+/// What the cloud holds of a session.
+[[nodiscard]] MatchState stateOf(const ReferenceHost::TaggingSessionRecord& session);
 
 /// One thing that is not as the cloud has it.
 struct Difference {

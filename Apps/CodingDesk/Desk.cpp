@@ -1,6 +1,7 @@
 #include "Apps/CodingDesk/Desk.hpp"
 
-#include "Apps/CodingDesk/Cast.hpp"
+#include "Apps/CodingDesk/Scenery.hpp"
+#include "Apps/CodingDesk/SessionWindows.hpp"
 #include "Apps/CodingDesk/Text.hpp"
 
 #include <algorithm>
@@ -14,36 +15,9 @@ namespace CodingDesk {
 
 namespace {
 
-using RemoteCoding::RemoteCodingSessionDetails;
-using RemoteCoding::RemoteCodingSessionStatus;
-
 constexpr double lookInterval = 0.1;  // seconds
 
-const char* const sessionName = "Cup match, live";
-const char* const teamId = "team 1";
-const char* const videoId = "video 1";
-
 void rest(double seconds) { std::this_thread::sleep_for(std::chrono::duration<double>(seconds)); }
-
-std::string statusInWords(const RemoteCodingSessionDetails& details) {
-    switch (details.status) {
-    case RemoteCodingSessionStatus::starting:
-        return details.isHost ? "is starting" : "is joined";
-    case RemoteCodingSessionStatus::live:
-        return "is live";
-    case RemoteCodingSessionStatus::interrupted:
-        return "is interrupted";
-    case RemoteCodingSessionStatus::streamEnded:
-        return "has lost its stream, the timeline stays shared";
-    case RemoteCodingSessionStatus::ended:
-        return details.isHost ? "is over" : "is left";
-    case RemoteCodingSessionStatus::unused:
-        break;
-    }
-    return "is in an unknown state";
-}
-
-std::string quoted(std::string_view text) { return '"' + printable(text) + '"'; }
 
 /// The row that the edit is about; any row when it is about none.
 RowKey rowOf(const ReplayPlan& plan, const Edit& edit) {
@@ -62,55 +36,50 @@ RowKey rowOf(const ReplayPlan& plan, const Edit& edit) {
 
 }  // namespace
 
-Desk::Desk(ReplayPlan plan, std::size_t analysts, std::uint64_t seed, Console& console, World& world)
+Desk::Desk(ReplayPlan plan, std::size_t analysts, std::uint64_t seed, Console& console, RealWorld& world)
     : plan_(std::move(plan)),
       console_(console),
-      world_(world),
+      world_(world.world),
+      transcript_(console),
       arrivals_(analysts),
-      address_{sessionName, videoId, teamId, {}},
-      lookout_(analysts_, console, world) {
+      lookout_(analysts_, console, world.world) {
     for (const PlannedRow& row : plan_.rows) {
         rowNames_.push_back(row.name);
     }
+    Scenery::furnish(world_.cloud);
+    const Surroundings surroundings{world_, arrivals_, transcript_, seed};
     for (AnalystIndex i = 0; i < analysts; ++i) {
-        analysts_.push_back(std::make_unique<Analyst>(
-            i, world_, arrivals_, seed,
-            [this, i](const RemoteCodingSessionDetails& details) { tellSession(i, details); }));
+        analysts_.push_back(std::make_unique<Analyst>(i, world, surroundings));
     }
 }
 
 Desk::~Desk() { close(); }
 
 void Desk::codeTheMatch() {
-    openSession();
+    startSession();
     joinSession();
     replay();
     lookout_.setActivity(progress() + ", waiting until all is settled");
     isSettled_ = lookout_.waitUntilSettled();
     console_.endProgress();
+    expectNoSurprises();
 }
 
-void Desk::openSession() {
+void Desk::startSession() {
     const std::vector<PlannedRow> codes(plan_.rows.begin(),
                                         plan_.rows.begin() + static_cast<std::ptrdiff_t>(plan_.codes));
-    analysts_[0]->ask<void>([&](Workplace& workplace) { workplace.publish(address_, codes); });
-    const double start = world_.now();
-    auto session = world_.cloud.primarySessionOf(videoId);
-    while (!session) {
-        if (world_.now() - start > Lookout::patience) {
-            throw std::runtime_error("the session did not appear in the cloud");
-        }
-        (void)lookout_.askEverybody();
-        lookout_.showProgress("Opening the session");
-        rest(lookInterval);
-        session = world_.cloud.primarySessionOf(videoId);
-    }
-    address_.taggingSessionId = *session;
+    Analyst& host = *analysts_[0];
+    host.at([&](Workplace& workplace) { workplace.startCapture(Scenery::timeline, codes); });
+    SessionWindows::createSession(host);
+    SessionWindows::waitForSharing(host);
+    std::string videoId;
+    host.at([&](Workplace& workplace) { videoId = workplace.session().value().tevuVideoId; });
+    taggingSessionId_ = world_.cloud.primarySessionOf(videoId).value();
 }
 
 void Desk::joinSession() {
     for (AnalystIndex i = 1; i < analysts_.size(); ++i) {
-        analysts_[i]->ask<void>([&](Workplace& workplace) { workplace.join(address_); });
+        SessionWindows::joinSession(*analysts_[i]);
     }
     const double start = world_.now();
     while (!lookout_.askEverybody()) {
@@ -214,10 +183,24 @@ std::string Desk::progress() const {
            counted(plan_.steps.size(), "step");
 }
 
-// On the analyst's thread.
-void Desk::tellSession(AnalystIndex analyst, const RemoteCodingSessionDetails& details) {
-    console_.note(std::string(castName(analyst)) + ": the session " + quoted(details.name) + ' ' +
-                  statusInWords(details) + '.');
+void Desk::leave() {
+    console_.say("");
+    SessionWindows::endSession(*analysts_[0]);
+    for (AnalystIndex i = 1; i < analysts_.size(); ++i) {
+        SessionWindows::leaveSession(*analysts_[i]);
+    }
+    expectNoSurprises();
+}
+
+void Desk::expectNoSurprises() {
+    for (const auto& analyst : analysts_) {
+        analyst->at([](Workplace& workplace) {
+            if (!workplace.person().surprises().empty()) {
+                throw std::runtime_error(workplace.person().name() + " got an unexpected alert: " +
+                                         quoted(workplace.person().surprises().front()));
+            }
+        });
+    }
 }
 
 void Desk::close() {

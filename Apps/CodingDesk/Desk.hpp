@@ -20,23 +20,26 @@ namespace CodingDesk {
 class Desk {
 public:
     /// `console` and `world` outlive the desk.
-    Desk(ReplayPlan plan, std::size_t analysts, std::uint64_t seed, Console& console, World& world);
+    Desk(ReplayPlan plan, std::size_t analysts, std::uint64_t seed, Console& console, RealWorld& world);
     ~Desk();
     Desk(const Desk&) = delete;
     Desk& operator=(const Desk&) = delete;
 
-    /// Throws when the session cannot be opened or joined, or when an analyst's application fails.
+    /// Throws when the session cannot be started or joined through the windows, or when an analyst's application fails.
     void codeTheMatch();
 
     /// Prints every timeline, the counts and the times, and each difference. True when all timelines are equal to what
     /// the cloud holds.
     bool report();
 
-    /// Everybody leaves the session, its host last, and all applications are closed.
+    /// Everybody leaves the session, its host first, and each confirms it. Throws as `codeTheMatch`.
+    void leave();
+
+    /// Closes all applications; whoever is still in the session is taken out of it without being asked.
     void close();
 
 private:
-    void openSession();
+    void startSession();
     void joinSession();
     void replay();
     void waitForReplayTime(double time);
@@ -46,7 +49,7 @@ private:
     void renameRow(Analyst& analyst, const RenameRow& rename);
     bool settleInPause();
     void sayAtMatchTime(const std::string& text);
-    void tellSession(AnalystIndex analyst, const RemoteCoding::RemoteCodingSessionDetails& details);
+    void expectNoSurprises();
     [[nodiscard]] std::string progress() const;
 
     [[nodiscard]] std::vector<AnalystResult> results() const;
@@ -57,8 +60,9 @@ private:
     const ReplayPlan plan_;
     Console& console_;
     World& world_;
+    Transcript transcript_;
     Arrivals arrivals_;
-    SessionAddress address_;
+    std::string taggingSessionId_;
     Analysts analysts_;
     Lookout lookout_;
     std::vector<std::string> rowNames_;  // the present names, by row key

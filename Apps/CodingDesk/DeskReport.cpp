@@ -46,10 +46,9 @@ std::vector<AnalystResult> Desk::results() const {
 }
 
 MatchState Desk::remoteState(std::vector<AnalystResult>& results) const {
-    MatchState remote;
-    const auto snapshot = world_.cloud.snapshot(address_.taggingSessionId);
+    const auto snapshot = world_.cloud.snapshot(taggingSessionId_);
     if (!snapshot) {
-        return remote;
+        return {};
     }
     std::vector<std::string> timelineIds;
     for (const auto& analyst : analysts_) {
@@ -57,18 +56,12 @@ MatchState Desk::remoteState(std::vector<AnalystResult>& results) const {
             analyst->ask<std::string>([](Workplace& workplace) { return workplace.timelineId(); }));
     }
     for (const auto& moment : snapshot->moments) {
-        remote.clips.push_back({moment->id, moment->code, moment->start, moment->end});
         const auto maker = std::ranges::find(timelineIds, moment->originTimelineId);
         if (maker != timelineIds.end()) {
             ++results[static_cast<std::size_t>(maker - timelineIds.begin())].tagged[moment->code];
         }
     }
-    if (snapshot->presentationView) {
-        for (const auto& code : *snapshot->presentationView) {
-            remote.rows.push_back({code.name, code.color});
-        }
-    }
-    return remote;
+    return stateOf(*snapshot);
 }
 
 void Desk::sayFates() const {
@@ -80,7 +73,7 @@ void Desk::sayFates() const {
     }
     std::set<std::string> origins;
     std::set<std::string> rows;
-    if (const auto snapshot = world_.cloud.snapshot(address_.taggingSessionId)) {
+    if (const auto snapshot = world_.cloud.snapshot(taggingSessionId_)) {
         for (const auto& moment : snapshot->moments) {
             origins.insert(moment->originInstanceId);
         }

@@ -38,7 +38,7 @@ bool equalIgnoringCase(std::string_view left, std::string_view right) {
     return std::ranges::equal(left, right, {}, lower, lower);
 }
 
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
     constexpr std::size_t shown = 40;
     const std::string safe = printable(text);
     return '"' + (columnsOf(safe) > shown ? fitted(safe, shown) : safe) + '"';
@@ -55,12 +55,12 @@ Columns columnsOfHeader(const CsvRecord& header) {
             }
             if (found) {
                 throw FileError(header.line,
-                                "the header has the column " + quoted(columnNames[column]) + " twice");
+                                "the header has the column " + inQuotes(columnNames[column]) + " twice");
             }
             found = i;
         }
         if (!found) {
-            throw FileError(header.line, "the header has no column " + quoted(columnNames[column]) +
+            throw FileError(header.line, "the header has no column " + inQuotes(columnNames[column]) +
                                              "; expected the columns code, start and end");
         }
         columns.index[column] = *found;
@@ -73,13 +73,13 @@ double secondsFrom(std::string_view field, std::string_view column, std::size_t 
     double value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     if (error == std::errc::result_out_of_range) {
-        throw FileError(line, std::string(column) + " is out of range: " + quoted(text));
+        throw FileError(line, std::string(column) + " is out of range: " + inQuotes(text));
     }
     if (error != std::errc{} || end != text.data() + text.size() || !std::isfinite(value)) {
-        throw FileError(line, std::string(column) + " is not a number of seconds: " + quoted(text));
+        throw FileError(line, std::string(column) + " is not a number of seconds: " + inQuotes(text));
     }
     if (value < 0) {
-        throw FileError(line, std::string(column) + " is negative: " + quoted(text));
+        throw FileError(line, std::string(column) + " is negative: " + inQuotes(text));
     }
     return value + 0.0;  // -0 becomes 0
 }
@@ -97,9 +97,9 @@ CodedEvent eventFrom(const CsvRecord& record, const Columns& columns) {
     event.start = secondsFrom(record.fields[columns.index[1]], columnNames[1], record.line);
     event.end = secondsFrom(record.fields[columns.index[2]], columnNames[2], record.line);
     if (event.end < event.start) {
-        throw FileError(record.line, "the end " + quoted(trimmed(record.fields[columns.index[2]])) +
+        throw FileError(record.line, "the end " + inQuotes(trimmed(record.fields[columns.index[2]])) +
                                          " is before the start " +
-                                         quoted(trimmed(record.fields[columns.index[1]])));
+                                         inQuotes(trimmed(record.fields[columns.index[1]])));
     }
     return event;
 }

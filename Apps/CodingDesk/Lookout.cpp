@@ -14,7 +14,7 @@ using Activity = RemoteCoding::SynchronisationStatus::Activity;
 
 // Timelines that have stood still for longer than an event is on its way, and than a drop of the link takes to be noticed,
 // do not change by themselves any more.
-constexpr double settledFor = 1.0;
+constexpr double settledFor = 0.8;
 constexpr double progressInterval = 0.2;
 constexpr std::chrono::milliseconds lookInterval{50};
 

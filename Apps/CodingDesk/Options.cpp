@@ -1,6 +1,7 @@
 #include "Apps/CodingDesk/Options.hpp"
 
 #include "Apps/CodingDesk/Cast.hpp"
+#include "Apps/CodingDesk/Scenario.hpp"
 #include "Apps/CodingDesk/Text.hpp"
 
 #include <charconv>
@@ -64,6 +65,18 @@ std::size_t analystNamed(std::string_view text, std::size_t analysts) {
                      ", not " + inQuotes(text));
 }
 
+std::string scenarioFrom(const std::string& text) {
+    if (text == Options::match || text == Options::everything || findScenario(text) != nullptr) {
+        return text;
+    }
+    std::string names = Options::match;
+    for (const Scenario& scenario : scenarios()) {
+        names += ", " + std::string(scenario.name);
+    }
+    throw UsageError("--scenario expects " + names + " or " + Options::everything + ", not " +
+                     inQuotes(text));
+}
+
 /// Splits "--name=value", and hands out the values of options that need one.
 class Arguments {
 public:
@@ -110,16 +123,22 @@ private:
 
 Options parseOptions(const std::vector<std::string>& list) {
     Options options;
-    std::optional<std::string> dropLink;  // read when the number of analysts is known
+    std::optional<std::string> dropLink;     // read when the number of analysts is known
+    std::optional<std::string> matchOption;  // the last one that only the match has
     Arguments arguments(list);
     while (arguments.next()) {
         const std::string& name = arguments.name;
+        if (name == "--events" || name == "--analysts" || name == "--speed" || name.ends_with("-link")) {
+            matchOption = name;
+        }
         if (name == "--events") {
             options.eventFile = arguments.value();
         } else if (name == "--analysts") {
             options.analysts = analystsFrom(arguments.value());
         } else if (name == "--speed") {
             options.speed = speedFrom(arguments.value());
+        } else if (name == "--scenario") {
+            options.scenario = scenarioFrom(arguments.value());
         } else if (name == "--seed") {
             options.seed = numberFrom<std::uint64_t>(arguments.value(), "--seed", "a whole number from 0 on");
         } else if (name == "--drop-link") {
@@ -142,6 +161,10 @@ Options parseOptions(const std::vector<std::string>& list) {
                              inQuotes(name));
         }
     }
+    if (matchOption && findScenario(options.scenario) != nullptr) {
+        throw UsageError(*matchOption + " is an option of the match, not of the scenario " +
+                         inQuotes(options.scenario));
+    }
     if (dropLink) {
         options.dropLink = analystNamed(*dropLink, options.analysts);
     }
@@ -149,30 +172,44 @@ Options parseOptions(const std::vector<std::string>& list) {
 }
 
 std::string helpText() {
-    return R"(Usage: CodingDesk [option...]
+    std::string text = R"(Usage: CodingDesk [option...]
 
-Several analysts code one match together, each on a timeline of their own, in one process. The first publishes
-the capture as a session, the others join it, and the clips of a coded match are tagged, retimed and deleted by
-all of them at once, while rows are added, moved, recoloured, removed and renamed. At the end every timeline is
-compared with what the cloud holds.
+Several analysts code one match together, each on a timeline of their own, in one process. The first captures it and
+starts a session, the others join it, all through the windows of their applications. The clips of a coded match are
+tagged, retimed and deleted by all of them at once, while rows are added, moved, recoloured, removed and renamed.
+At the end every timeline is compared with what the cloud holds, and everybody leaves.
 
+  --scenario NAME     what is shown:
+)";
+    const auto line = [&](std::string_view name, std::string_view about) {
+        text += std::string(24, ' ') + fitted(name, 17) + std::string(about) + '\n';
+    };
+    line(Options::match, "the match described above (default)");
+    for (const Scenario& scenario : scenarios()) {
+        line(scenario.name, scenario.about);
+    }
+    line(Options::everything, "all of these, one after another, the match last");
+    return text + R"(
+                      All but the match take no time: their clocks are virtual. Each checks what it shows.
+  --seed N            how long the network takes, and what the analysts do besides tagging, follows from this
+                      number (default 1)
+  --log FILE          writes everything that happened at every analyst to FILE, one line an entry
+  --plain             no live line and no colours, also on a terminal
+  --help              this text
+
+Of the match:
   --events FILE       the match to code: comma-separated values with the columns code, start and end (seconds),
                       in UTF-8. Other columns are ignored. Without it: a small handball match that ships with
                       the program.
   --analysts N        how many analysts, 2 to 8 (default 3)
   --speed X           match seconds per second, or "auto" (default): about 6 seconds for a small match, up to
                       22 for a large one
-  --seed N            what the analysts do besides tagging, and how long the network takes, follows from this
-                      number (default 1)
   --drop-link[=WHO]   the link of one analyst drops for some seconds in the middle; WHO is a name or a number
                       (default: the second analyst)
   --no-drop-link      nobody's link drops
-  --log FILE          writes everything that happened at every analyst to FILE, one line an entry
-  --plain             no live line and no colours, also on a terminal
-  --help              this text
 
-Exit status: 0 when all timelines are equal at the end, 1 when they differ (one line for each difference) or the
-run failed, 2 when the options or the file cannot be used.
+Exit status: 0 when all timelines are equal at the end and every scenario went as it should, 1 when not (with what
+was expected, or one line for each difference) or when the run failed, 2 when the options or the file cannot be used.
 )";
 }
 

@@ -14,12 +14,18 @@ namespace CodingDesk {
 struct Options {
     static constexpr std::size_t fewestAnalysts = 2;
     static constexpr std::size_t mostAnalysts = 8;
+    static constexpr const char* match = "match";     ///< the scenario in which the match is coded
+    static constexpr const char* everything = "all";  ///< all scenarios, one after another
 
+    std::string scenario = match;  ///< one of these two, or the name of a `Scenario`
+
+    // Of the match.
     std::optional<std::string> eventFile;  ///< absent: the match that ships with the program
     std::size_t analysts = 3;
     std::optional<double> speed;  ///< match seconds per second; absent: as fast as suits the match
-    std::uint64_t seed = 1;
     std::optional<std::size_t> dropLink = 1;  ///< whose link drops, from 0; absent: nobody's
+
+    std::uint64_t seed = 1;
     std::optional<std::string> logFile;
     bool plain = false;
     bool help = false;

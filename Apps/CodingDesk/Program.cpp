@@ -4,6 +4,7 @@
 #include "Apps/CodingDesk/Cast.hpp"
 #include "Apps/CodingDesk/Desk.hpp"
 #include "Apps/CodingDesk/Options.hpp"
+#include "Apps/CodingDesk/Performance.hpp"
 #include "Apps/CodingDesk/Text.hpp"
 #include "Base/Error.hpp"
 
@@ -18,7 +19,7 @@ namespace CodingDesk {
 
 namespace {
 
-constexpr int equalStatus = 0;
+constexpr int successStatus = 0;
 constexpr int failureStatus = 1;
 constexpr int usageStatus = 2;
 
@@ -47,23 +48,54 @@ std::string introduction(const Options& options, const ReplayPlan& plan,
                        : "No link drops.");
 }
 
-bool run(const Options& options, const std::vector<CodedEvent>& events, World& world, Console& console) {
+bool codeMatch(const Options& options, const std::vector<CodedEvent>& events, Console& console,
+               std::ostream* log) {
     ReplayPlan plan =
         makeReplayPlan(events, {options.analysts, options.seed, options.speed, options.dropLink});
-    console.say(introduction(options, plan, events));
-    const double start = world.now();
+    console.say(introduction(options, plan, events) + "\n");
+    RealWorld world;
+    struct LogAtTheEnd {
+        ~LogAtTheEnd() {
+            if (log != nullptr) {
+                trace.write(*log);
+            }
+        }
+        std::ostream* log;
+        const ReferenceHost::Trace& trace;
+    };
+    const LogAtTheEnd logAtTheEnd{log, world.world.trace};
+    const double start = world.world.now();
     bool allEqual = false;
     {
         Desk desk(std::move(plan), options.analysts, options.seed, console, world);
         desk.codeTheMatch();
         allEqual = desk.report();
+        desk.leave();
         desk.close();
     }
-    console.say(allEqual
-                    ? bold("All timelines are equal to the remote session.", console.look().colors)
-                    : bold("The timelines are NOT all equal to the remote session.", console.look().colors));
-    console.say("Run time " + decimal(world.now() - start, 1) + " s.");
+    console.say("\n" + bold(allEqual ? "All timelines are equal to the remote session."
+                                     : "The timelines are NOT all equal to the remote session.",
+                            console.look().colors));
+    console.say("Run time " + decimal(world.world.now() - start, 1) + " s.");
     return allEqual;
+}
+
+/// False when something was not as it should be.
+bool run(const Options& options, const std::vector<CodedEvent>& events, Console& console, std::ostream* log) {
+    const bool runsEverything = options.scenario == Options::everything;
+    bool isWell = true;
+    for (const Scenario& scenario : scenarios()) {
+        if (runsEverything || options.scenario == scenario.name) {
+            isWell = perform(scenario, options.seed, console, log) && isWell;
+        }
+    }
+    if (runsEverything) {
+        console.say("\n" + bold("Scenario match", console.look().colors) + '\n');
+    }
+    if (runsEverything || options.scenario == Options::match) {
+        isWell = codeMatch(options, events, console, log) && isWell;
+    }
+    return isWell;
 }
 
 int runWith(const Options& options, std::ostream& out, std::ostream& errors) {
@@ -82,17 +114,16 @@ int runWith(const Options& options, std::ostream& out, std::ostream& errors) {
     if (options.logFile) {
         openLog(log, *options.logFile);
     }
-    World world;
     int status = failureStatus;
     try {
         Console console(out, lookOfStandardOutput(options.plain));
-        status = run(options, events, world, console) ? equalStatus : failureStatus;
+        status =
+            run(options, events, console, options.logFile ? &log : nullptr) ? successStatus : failureStatus;
     } catch (...) {
         errors << "CodingDesk: the run failed: " << printable(Base::describe(std::current_exception()))
                << '\n';
     }
     if (options.logFile) {
-        world.trace.write(log);
         log.close();
         if (!log) {
             errors << "CodingDesk: the log \"" << printable(*options.logFile)
@@ -110,7 +141,7 @@ int runProgram(const std::vector<std::string>& arguments, std::ostream& out, std
         const Options options = parseOptions(arguments);
         if (options.help) {
             out << helpText() << std::flush;
-            return equalStatus;
+            return successStatus;
         }
         return runWith(options, out, errors);
     } catch (const UsageError& error) {

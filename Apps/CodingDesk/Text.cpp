@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <sstream>
 
 namespace CodingDesk {
 
@@ -137,6 +138,21 @@ std::string fitted(std::string_view text, std::size_t columns) {
     }
     return result.append(columns - taken, ' ');
 }
+
+std::vector<std::string> wrapped(std::string_view text, std::size_t columns) {
+    std::vector<std::string> lines;
+    std::istringstream words(printable(text));
+    for (std::string word; words >> word;) {
+        if (lines.empty() || columnsOf(lines.back()) + 1 + columnsOf(word) > columns) {
+            lines.push_back(word);
+        } else {
+            lines.back() += ' ' + word;
+        }
+    }
+    return lines;
+}
+
+std::string quoted(std::string_view text) { return "“" + printable(text) + "”"; }
 
 std::string matchTime(double seconds) {
     const double tenths = std::round(std::max(seconds, 0.0) * 10);

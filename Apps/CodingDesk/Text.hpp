@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace CodingDesk {
 
@@ -20,6 +21,13 @@ namespace CodingDesk {
 
 /// The printable text in exactly `columns` columns: filled with spaces, or cut with an ellipsis.
 [[nodiscard]] std::string fitted(std::string_view text, std::size_t columns);
+
+/// The printable text in lines of at most `columns` columns, broken between words; a longer word has a line of its own. No
+/// line for a text without words.
+[[nodiscard]] std::vector<std::string> wrapped(std::string_view text, std::size_t columns);
+
+/// The printable text in typographic quotes.
+[[nodiscard]] std::string quoted(std::string_view text);
 
 /// Match time for people: minutes and seconds, as in "12:07.4".
 [[nodiscard]] std::string matchTime(double seconds);

@@ -1,6 +1,9 @@
 #include "Apps/CodingDesk/Workplace.hpp"
 
 #include "Apps/CodingDesk/Cast.hpp"
+#include "Apps/CodingDesk/Scenery.hpp"
+#include "Apps/CodingDesk/SessionWords.hpp"
+#include "Apps/CodingDesk/Text.hpp"
 
 #include <any>
 #include <utility>
@@ -9,27 +12,35 @@ namespace CodingDesk {
 
 namespace {
 
-const char* const cameraName = "Camera 1, main stand";
+constexpr Base::Seconds fragmentLength{2};  // of what the player loads at a time
 
-ReferenceHost::HostOptions hostOptions(AnalystIndex analyst, std::uint64_t seed) {
+ReferenceHost::HostOptions hostOptions(AnalystIndex analyst, std::uint64_t seed, bool isSignedIn) {
     ReferenceHost::HostOptions options;
-    options.userId = "user " + std::to_string(analyst + 1);
+    if (isSignedIn) {
+        options.userId = castUser(analyst);
+    }
     options.seed = seed;
+    options.languages = castLanguages(analyst);
     return options;
 }
 
 }  // namespace
 
-Workplace::Workplace(AnalystIndex analyst, ReferenceHost::RunLoop& loop, World& world, Arrivals& arrivals,
-                     std::uint64_t seed, SessionListener listener)
+Workplace::Workplace(AnalystIndex analyst, ReferenceHost::ReportingExecution& execution,
+                     const Surroundings& surroundings, bool isSignedIn)
     : analyst_(analyst),
-      world_(world),
-      arrivals_(arrivals),
-      listener_(std::move(listener)),
-      execution_(loop, world.pool, world.scheduler, std::string(castName(analyst)), &world.trace),
-      host_(std::string(castName(analyst)), execution_, world.cloud, world.trace, hostOptions(analyst, seed)),
+      userId_(castUser(analyst)),
+      surroundings_(surroundings),
+      host_(std::string(castName(analyst)), execution, surroundings.world.cloud, surroundings.world.trace,
+            hostOptions(analyst, surroundings.seed, isSignedIn)),
+      person_(host_.name(), execution, host_.windowing(), surroundings.transcript),
       component_(RemoteCoding::RemoteCodingComponent::make(host_.environment())) {
     host_.setRemoteCodingComponent(component_);
+    if (castLanguages(analyst).front() == "fr") {
+        surroundings_.transcript.tell(host_.name() + "'s computer speaks French.");
+    }
+    host_.capture().setDevices({std::make_shared<ReferenceHost::CaptureDevice>(Scenery::mainStand),
+                                std::make_shared<ReferenceHost::CaptureDevice>(Scenery::behindTheGoal)});
     observer_ = host_.notificationCenter().addObserver(
         RemoteCoding::Notifications::remoteCodingSessionUpdatedNotification, nullptr,
         [this](const RemoteCoding::Notification& notification) {
@@ -45,40 +56,55 @@ Workplace::~Workplace() {
     host_.notificationCenter().removeObserver(observer_);
     watcher_.reset();
     coder_.reset();
+    player_.reset();
     host_.stop();
     component_.reset();
 }
 
-void Workplace::publish(const SessionAddress& address, const std::vector<PlannedRow>& rows) {
-    const auto timeline = host_.startCapture(address.name);
+void Workplace::startCapture(const std::string& title, const std::vector<PlannedRow>& rows) {
+    const auto timeline = host_.startCapture(title);
     for (const PlannedRow& row : rows) {
         timeline->addRow(row.name, row.color);
     }
-    component_
-        ->createNewRemoteCodingSession(address.name, ReferenceHost::makePublishSession(address.videoId),
-                                       address.teamId,
-                                       std::make_shared<ReferenceHost::CaptureDevice>(cameraName))
-        .value();
-}
-
-void Workplace::join(const SessionAddress& address) {
-    const RemoteCoding::SharedVideo video(
-        address.videoId, address.name, std::nullopt, false,
-        {RemoteCoding::SharedMediaStream("stream 1", cameraName, "https://live.example/" + address.videoId,
-                                         "")},
-        {});
-    component_->joinRemoteCodingSession(RemoteCoding::ShareFile(video, 0), cameraName, address.videoId,
-                                        address.teamId, address.taggingSessionId);
+    surroundings_.transcript.tell(host_.name() + " captures the match onto " + quoted(title) + '.');
 }
 
 void Workplace::sessionDidChange(const RemoteCoding::RemoteCodingSessionDetails& details) {
-    if (!timeline_) {
-        timeline_ = host_.timelines().findTimeline(details.timelineId);
-        watcher_ = std::make_unique<TimelineWatcher>(analyst_, timeline_, host_.notificationCenter(),
-                                                     arrivals_, world_);
-        coder_ = std::make_unique<Coder>(analyst_, timeline_, arrivals_, world_);
+    if (details.timelineId != timelineId()) {
+        openTimeline(details);
     }
-    listener_(details);
+    // Updates may repeat what they told.
+    std::string told = "the session " + quoted(details.name) + ' ' + inWords(details) + '.';
+    if (told != lastTold_) {
+        surroundings_.transcript.tell(host_.name() + ": " + told);
+        lastTold_ = std::move(told);
+    }
+}
+
+void Workplace::openTimeline(const RemoteCoding::RemoteCodingSessionDetails& details) {
+    timeline_ = host_.timelines().findTimeline(details.timelineId);
+    if (!timeline_) {
+        return;
+    }
+    watcher_ = std::make_unique<TimelineWatcher>(analyst_, timeline_, host_.notificationCenter(),
+                                                 surroundings_.arrivals, surroundings_.world);
+    coder_ = std::make_unique<Coder>(analyst_, timeline_, surroundings_.arrivals, surroundings_.world);
+    if (!details.isHost) {
+        ReferenceHost::PlayerSettings settings;
+        settings.fragmentLength = fragmentLength;
+        player_ =
+            ReferenceHost::Player::make(host_, details.timelineId, details.tevuVideoId, std::move(settings));
+        player_->start();
+    }
+}
+
+std::string Workplace::timelineWindow() {
+    const auto window = timeline_ ? host_.timelines().windowOf(timeline_->uniqueId()) : nullptr;
+    return window ? window->title() : std::string();
+}
+
+std::optional<RemoteCoding::RemoteCodingSessionDetails> Workplace::session() const {
+    return timeline_ ? component_->sessionDetails(timeline_->uniqueId()) : std::nullopt;
 }
 
 std::optional<RemoteCoding::SynchronisationStatus> Workplace::status() const {
@@ -107,7 +133,7 @@ MatchState Workplace::state() const {
 }
 
 void Workplace::endSession() {
-    if (!timeline_ || !component_->sessionDetails(timeline_->uniqueId())) {
+    if (!session()) {
         return;
     }
     if (component_->isActiveSessionCollaborator(timeline_->uniqueId())) {

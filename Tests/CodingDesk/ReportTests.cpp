@@ -19,24 +19,24 @@ TEST(ReportTests, NamesEachClipAndRowThatIsNotAsTheCloudHasIt) {
     equal.rows.insert(equal.rows.begin() + 2, RowState{"X", {}});  // may stay while it holds clips
     const std::pair<void (*)(std::vector<RowState>&, std::vector<ClipState>&), Lines> cases[] = {
         {[](auto&, auto& c) { std::swap(c[0], c[2]); }, {}},
-        {[](auto&, auto& c) { c.erase(c.begin()); }, {"the clip 0:01.0–0:09.0 on \"A\" is missing"}},
+        {[](auto&, auto& c) { c.erase(c.begin()); }, {"the clip 0:01.0–0:09.0 on “A” is missing"}},
         {[](auto&, auto& c) { c.push_back({"m9", "B", 3, 4}); },
-         {"the clip 0:03.0–0:04.0 on \"B\" is still there, though it was deleted"}},
+         {"the clip 0:03.0–0:04.0 on “B” is still there, though it was deleted"}},
         {[](auto&, auto& c) { c.push_back({{}, "B", 3, 4}); },
-         {"the clip 0:03.0–0:04.0 on \"B\" was never sent"}},
-        {[](auto&, auto& c) { c.push_back(c[0]); }, {"the clip 0:01.0–0:09.0 on \"A\" is there twice"}},
-        {[](auto&, auto& c) { c[1].row = "C"; }, {"the clip 0:07.5–0:09.0 on \"C\" belongs on \"B\""}},
+         {"the clip 0:03.0–0:04.0 on “B” was never sent"}},
+        {[](auto&, auto& c) { c.push_back(c[0]); }, {"the clip 0:01.0–0:09.0 on “A” is there twice"}},
+        {[](auto&, auto& c) { c[1].row = "C"; }, {"the clip 0:07.5–0:09.0 on “C” belongs on “B”"}},
         {[](auto&, auto& c) { c[1].end = 9.001; },
-         {"the clip 0:07.5–0:09.0 on \"B\" should be 7.500–9.000 s and is 7.500–9.001 s"}},
-        {[](auto& r, auto&) { r[1].color = r[0].color; }, {"the row \"B\" should be #0000C8 and is #C80000"}},
+         {"the clip 0:07.5–0:09.0 on “B” should be 7.500–9.000 s and is 7.500–9.001 s"}},
+        {[](auto& r, auto&) { r[1].color = r[0].color; }, {"the row “B” should be #0000C8 and is #C80000"}},
         {[](auto& r, auto&) { std::swap(r[1], r[3]); },
-         {"the row in place 2 should be \"B\" and is \"C\"",
-          "the row in place 3 should be \"C\" and is \"B\""}},
+         {"the row in place 2 should be “B” and is “C”",
+          "the row in place 3 should be “C” and is “B”"}},
         {[](auto& r, auto&) { r[1].name = "D"; },
-         {"the empty row \"D\" is there, which the shared list does not have", "the row \"B\" is missing"}},
+         {"the empty row “D” is there, which the shared list does not have", "the row “B” is missing"}},
         {[](auto&, auto& c) { c.pop_back(); },
-         {"the clip 0:01.0–0:02.0 on \"X\" is missing",
-          "the empty row \"X\" is there, which the shared list does not have"}}};
+         {"the clip 0:01.0–0:02.0 on “X” is missing",
+          "the empty row “X” is there, which the shared list does not have"}}};
     for (const auto& [change, expected] : cases) {
         MatchState timeline = equal;
         change(timeline.rows, timeline.clips);
@@ -71,9 +71,9 @@ TEST(ReportTests, NamesWhatIsLostAndWhatCameBack) {
               Lines{"Every clip that was tagged and not deleted is there: 2."});
     EXPECT_EQ(fates(all, {"a1", "a2"}, {"Shot", "Femi: look again 1"}),
               (Lines{"Of the clips that were tagged and not deleted 1 are there and 1 are lost.",
-                     "  lost: Femi's 1:01.5–1:02.0 on \"Save\"",
-                     "  deleted while they were being sent, and back: Ana's 0:03.0–0:03.0 on \"Goal\"",
-                     "  removed while somebody else sent a list of rows, and back: \"Femi: look again 1\""}));
+                     "  lost: Femi's 1:01.5–1:02.0 on “Save”",
+                     "  deleted while they were being sent, and back: Ana's 0:03.0–0:03.0 on “Goal”",
+                     "  removed while somebody else sent a list of rows, and back: “Femi: look again 1”"}));
 }
 
 TEST(ReportTests, MeasuresFromTheEditToTheFirstSightAtEachOfTheOthers) {
