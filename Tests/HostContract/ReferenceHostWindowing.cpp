@@ -1,7 +1,8 @@
+#include "ReferenceHost/Account.hpp"
 #include "ReferenceHost/NotificationCenter.hpp"
 #include "ReferenceHost/Windowing/Person.hpp"
 #include "Tests/HostContract/ReferenceHostClocks.hpp"
-#include "Tests/HostContract/WindowingContract.hpp"
+#include "Tests/HostContract/SignInContract.hpp"
 
 namespace HostContract {
 
@@ -39,6 +40,12 @@ public:
     }
     void onAlert(std::function<void(const Alert&)> shown) override { person_.onAlert(std::move(shown)); }
     void press(Name button) override { person_.answer(button); }
+    AccountProtocol& account() override { return *account_; }
+    void signIn(Name window, Name userId) override { at(window).signIn(userId); }
+    void cancelSignIn(Name window) override { at(window).cancelSignIn(); }
+    void failSignIn(Name window, Name error) override {
+        at(window).failSignIn(std::make_exception_ptr(std::runtime_error(error)));
+    }
 
 private:
     ReferenceHost::WindowOnScreen at(Name window) { return person_.window(window); }
@@ -49,11 +56,15 @@ private:
     std::shared_ptr<ReferenceHost::HeadlessWindowing> windowing_ =
         std::make_shared<ReferenceHost::HeadlessWindowing>(*execution_, center_);
     ReferenceHost::Person person_{*windowing_};
+    std::shared_ptr<ReferenceHost::Account> account_ = std::make_shared<ReferenceHost::Account>(*execution_);
 };
 
 }  // namespace
 
 INSTANTIATE_TEST_SUITE_P(ReferenceHost, WindowingContract,
+                         (hostsOnEachClock<WindowingHost, ReferenceWindowingFixture>()),
+                         nameOf<WindowingHost>);
+INSTANTIATE_TEST_SUITE_P(ReferenceHost, SignInContract,
                          (hostsOnEachClock<WindowingHost, ReferenceWindowingFixture>()),
                          nameOf<WindowingHost>);
 
