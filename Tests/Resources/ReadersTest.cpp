@@ -26,7 +26,7 @@ std::string found(const Base::Result<StringTable>& table, std::string_view key) 
 }
 
 TEST(StringTable, ReadsWhatIsTranslatedAndNothingElse) {
-    const auto table = StringTable::parse("# Head\r\n" + header + R"(
+    const auto table = StringTable::parse("\r\n# Head\r\n" + header + R"(
 msgid "End "
 	"Session"
   msgstr   "Beenden\n"
@@ -79,7 +79,6 @@ TEST(JSON, ReadsEveryKindOfValue) {
             .value();
     const auto& object = *value.as<JSONObject>();
     const auto& list = *object.at(0).value.as<JSONArray>();
-    EXPECT_TRUE(object.at(0).name == "a" && object.at(1).name.empty());
     EXPECT_TRUE(list.at(0).as<std::nullptr_t>() && *list.at(1).as<bool>() && !*list.at(2).as<bool>());
     EXPECT_EQ(list.at(3).as<JSONNumber>()->spelling, "-0.5e+10");
     EXPECT_EQ(*object.at(1).value.as<std::string>(), "\"\\/\b\f\n\r\té€😀 é😀\0."sv);
@@ -89,7 +88,7 @@ TEST(JSON, RefusesWhatTheStandardDoesNotAllow) {
     std::istringstream words(
         R"({ [ ] [1 [1,] [,1] [1} {,} {"a"} {"a":} {"a":1,} {a:1} {1:1} {"a":1,"b":2,"a":3}
         {"a":1,"\u0061":2} null, nul True +1 01 - -a .5 1. 1e 1e+ 0x1 NaN 'a' " "a "\ "\" "\x" "\u12g4" "\u123
-        "\ud800" "\udc00\ud800" "\ud800\u0041" "\ud800\n" //a)");
+        "\ud800" "\udc00\udc00" "\ud800\u0041" "\ud800\n" //a)");
     std::vector<std::string> texts{std::istream_iterator<std::string>(words), {}};
     for (const auto text :
          {""sv, " "sv, "1 1"sv, "\v1"sv, "\"\n\""sv, "\"\0\""sv, "\"\\\0\""sv, "1\0"sv, "\"\x80\""sv,
@@ -100,7 +99,8 @@ TEST(JSON, RefusesWhatTheStandardDoesNotAllow) {
         EXPECT_FALSE(parseJSON(text).succeeded()) << text;
     }
     EXPECT_EQ(Base::describe(parseJSON("{\n\"a\":\n[1,\n").error()), "Line 4: a value is expected");
-    EXPECT_TRUE(parseJSON("[[[[[[[[[[[[[[[[]]]]]]]]]]]]]]]]").succeeded());
+    const std::string deep = std::string(31, '[') + std::string(31, ']');
+    EXPECT_TRUE(parseJSON("[" + deep + "," + deep + "]").succeeded());
     EXPECT_FALSE(parseJSON(std::string(1'000'000, '[')).succeeded());
 }
 

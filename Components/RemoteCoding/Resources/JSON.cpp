@@ -147,8 +147,7 @@ private:
         ++position_;
         if (letter == 'u') {
             Base::UTF8::append(text, escapedCodePoint());
-        } else if (const auto found = letters.find(letter);
-                   found != std::string_view::npos && letter != '\0') {
+        } else if (const auto found = letters.find(letter); found != std::string_view::npos) {
             text += meanings[found];
         } else {
             throw Fault{"an unknown escape"};
