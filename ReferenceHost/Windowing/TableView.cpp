@@ -19,6 +19,9 @@ void TableView::reloadData() {
         }
     }
     rowsAreAsked_ = isDrawn_ = false;
+    if (std::exchange(selectedRow_, -1) >= 0) {
+        tellSelectionLater();
+    }
     if (isShown()) {
         askForRows();
         drawLater();
@@ -29,16 +32,6 @@ void TableView::askForRows() {
     rowsAreAsked_ = true;
     const auto owner = site().owner.lock();
     numberOfRows_ = owner ? owner->numberOfRowsInTableView(shared_from_this()) : 0;
-    if (selectedRow_ >= 0 && static_cast<std::size_t>(selectedRow_) >= numberOfRows_) {
-        selectedRow_ = -1;
-        if (const auto toolkit = site().toolkit.lock()) {
-            toolkit->postToMain([weakSelf = weak_from_this()] {
-                if (const auto self = weakSelf.lock()) {
-                    self->tellSelection();
-                }
-            });
-        }
-    }
 }
 
 void TableView::drawLater() {
@@ -108,6 +101,16 @@ void TableView::select(std::int64_t row) {
 void TableView::tellSelection() {
     if (const auto owner = site().owner.lock()) {
         owner->tableViewSelectionDidChange(shared_from_this());
+    }
+}
+
+void TableView::tellSelectionLater() {
+    if (const auto toolkit = site().toolkit.lock()) {
+        toolkit->postToMain([weakSelf = weak_from_this()] {
+            if (const auto self = weakSelf.lock()) {
+                self->tellSelection();
+            }
+        });
     }
 }
 

@@ -76,6 +76,7 @@ private:
     void select(std::int64_t row);
     void askForRows();
     void tellSelection();
+    void tellSelectionLater();
     [[nodiscard]] bool isShown() const;
     [[nodiscard]] Cell makeCell(const RemoteCoding::WindowLayoutColumn& column) const;
 

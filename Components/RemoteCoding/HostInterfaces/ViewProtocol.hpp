@@ -50,8 +50,9 @@ public:
 
 class REMOTE_CODING_EXPORT TableViewProtocol : public ViewProtocol {
 public:
-    /// Forgets all cells and asks the window's owner for rows and cells again, now or when they are next shown. The selection
-    /// stays on its row number while there is such a row.
+    /// Forgets all cells and asks the window's owner for rows and cells again, now or when they are next shown. No row is
+    /// selected afterwards: the one under that number may be another one now. When there was a selection, the owner is told
+    /// (`tableViewSelectionDidChange`) in a later job of the main thread, posted by this call.
     virtual void reloadData() = 0;
 
     /// -1 when no row is selected.

@@ -51,7 +51,8 @@ public:
     tableView(const std::shared_ptr<TableViewProtocol>& tableView, const std::string& viewForTableColumn,
               std::size_t row) = 0;
 
-    /// The user selected another row, or none; also told when a reload took the selected row away.
+    /// The user selected another row, or none; also told after a reload, which takes the selection away. Which row is
+    /// selected the table says: the user may have selected one since.
     virtual void tableViewSelectionDidChange(const std::shared_ptr<TableViewProtocol>& tableView) = 0;
 };
 
