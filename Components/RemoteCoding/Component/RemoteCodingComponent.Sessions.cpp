@@ -45,6 +45,7 @@ Base::Result<void> RemoteCodingComponent::createNewRemoteCodingSession(
     const std::string& name, std::shared_ptr<PublishSessionProtocol> publishSession,
     const std::string& teamId, std::shared_ptr<CaptureDeviceProtocol> device) {
     checkIsMainThread(environment_, createFunction);
+    const auto self = shared_from_this();
     try {
         const auto timelines = environment_.componentLocator.timelineComponent();
         const auto timeline = timelines ? timelines->capturingTimeline() : nullptr;
@@ -86,6 +87,7 @@ void RemoteCodingComponent::joinRemoteCodingSession(const ShareFile& shareFile, 
                                                     const std::string& tevuVideoId, const std::string& teamId,
                                                     const std::optional<std::string>& taggingSessionId) {
     checkIsMainThread(environment_, joinFunction);
+    const auto self = shared_from_this();
     const auto join =
         std::make_shared<const Join>(shareFile.video.name, streamName, tevuVideoId, teamId, taggingSessionId);
     std::exception_ptr error;
@@ -205,6 +207,7 @@ void RemoteCodingComponent::postSessionUpdate(const std::string& timelineId) {
 void RemoteCodingComponent::streamEnded(const std::string& timelineId) {
     constexpr std::string_view function = "streamEnded(timelineId:)";
     checkIsMainThread(environment_, function);
+    const auto self = shared_from_this();
     guarded(environment_, function, [&] {
         const auto timelines = environment_.componentLocator.timelineComponent();
         const auto timeline = timelines ? timelines->timelineWith(timelineId) : nullptr;
@@ -231,6 +234,7 @@ void RemoteCodingComponent::exitRemoteCodingSession(const std::string& timelineI
 
 void RemoteCodingComponent::sessionEnded(std::string timelineId) {
     constexpr std::string_view function = "sessionEnded(timelineId:)";
+    const auto self = shared_from_this();
     const auto session = this->session(timelineId);
     if (!session) {
         logError(environment_.logManager, "Tried to end live streaming session when session does not exist",

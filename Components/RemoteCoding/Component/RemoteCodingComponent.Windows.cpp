@@ -19,6 +19,7 @@ constexpr std::string_view joinFunction = "openJoinSharingSessionWindow()";
 
 void RemoteCodingComponent::openCreateSharingSessionWindow() {
     checkIsMainThread(environment_, createFunction);
+    const auto self = shared_from_this();  // the host may let go of it while the alert is shown
     guarded(environment_, createFunction, [&] {
         const auto capture = environment_.componentLocator.captureComponent();
         if (!capture || !capture->isCapturing()) {
@@ -39,6 +40,7 @@ void RemoteCodingComponent::openCreateSharingSessionWindow() {
 
 void RemoteCodingComponent::openJoinSharingSessionWindow() {
     checkIsMainThread(environment_, joinFunction);
+    const auto self = shared_from_this();
     guarded(environment_, joinFunction, [&] {
         if (!joinSharingSessionWindowController_.controller) {
             joinSharingSessionWindowController_ = keptWhileOpen(
@@ -89,10 +91,9 @@ void RemoteCodingComponent::showAndLoad(const WindowOwner& owner) {
 /// controller.
 void RemoteCodingComponent::letGo(WindowOwner& owner) {
     const auto closing = std::exchange(owner, {});
-    guarded(environment_, "windowWillClose(_:)", [&] {
-        environment_.notificationCenter.removeObserver(closing.willCloseObserver);
-        environment_.execution.postToMain([controller = closing.controller] {});
-    });
+    stopObserving(closing);
+    guarded(environment_, "windowWillClose(_:)",
+            [&] { environment_.execution.postToMain([controller = closing.controller] {}); });
 }
 
 /// For a component that goes: its windows would stay open, and nobody would answer for them.
@@ -100,12 +101,15 @@ void RemoteCodingComponent::closeWindows() {
     for (auto* owner : {&newSharingSessionWindowController_, &joinSharingSessionWindowController_}) {
         const auto closing = std::exchange(*owner, {});
         if (closing.controller) {
-            guarded(environment_, "deinit", [&] {
-                environment_.notificationCenter.removeObserver(closing.willCloseObserver);
-                closing.controller->close(nullptr);
-            });
+            stopObserving(closing);
+            closing.controller->close(nullptr);
         }
     }
+}
+
+void RemoteCodingComponent::stopObserving(const WindowOwner& owner) {
+    guarded(environment_, "removeObserver(_:)",
+            [&] { environment_.notificationCenter.removeObserver(owner.willCloseObserver); });
 }
 
 }  // namespace RemoteCoding

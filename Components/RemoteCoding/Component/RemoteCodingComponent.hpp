@@ -27,7 +27,8 @@ class TimelineUploadService;
 ///
 /// Threads: main thread only, the destructor included, except for `installHost`.
 ///
-/// Ownership: the host's environment must outlive the component. The component owns its sessions and what serves them.
+/// Ownership: the host's environment must outlive the component. The component owns its sessions and what serves them. A host
+/// may let go of it inside any of its own operations: one of the component's that is under way holds it until it returns.
 ///
 /// Failure: what a host's object throws where no failure is foreseen ends the operation at hand, is logged, and leaves the
 /// component usable.
@@ -141,6 +142,7 @@ private:
     void createSharingSessionWindowWillClose(const Notification& notification);
     void joinSharingSessionWindowWillClose(const Notification& notification);
     void letGo(WindowOwner& owner);
+    void stopObserving(const WindowOwner& owner);
     void closeWindows();
 
     HostEnvironment& environment_;
