@@ -6,6 +6,9 @@ std::optional<bool> UserDefaults::boolForKey(const std::string& key) const {
     if (recordCall_) {
         recordCall_("boolForKey", {{"key", key}});
     }
+    if (fault) {
+        std::rethrow_exception(fault);
+    }
     const auto found = values_.find(key);
     return found == values_.end() ? std::nullopt : std::optional<bool>(found->second);
 }

@@ -3,6 +3,7 @@
 #include "Components/RemoteCoding/HostInterfaces/UserDefaultsProtocol.hpp"
 #include "ReferenceHost/Timeline/CallRecorder.hpp"
 
+#include <exception>
 #include <map>
 #include <optional>
 #include <string>
@@ -19,6 +20,8 @@ public:
 
     /// Absent removes the value.
     void setBool(const std::string& key, std::optional<bool> value);
+
+    std::exception_ptr fault;  ///< set: every look-up throws it
 
 private:
     CallRecorder recordCall_;

@@ -2,6 +2,7 @@
 
 #include "Tests/Component/ComponentTest.hpp"
 
+#include "Base/Error.hpp"
 #include "Components/RemoteCoding/Services/TevuRemoteCodingService.hpp"
 
 #include <future>
@@ -13,6 +14,16 @@ namespace {
 class CreateTest : public ComponentTest {};
 class JoinTest : public ComponentTest {};
 class ProtocolTest : public ComponentTest {};
+
+/// What a host hands out that has gone meanwhile.
+struct GoneDevice final : CaptureDeviceProtocol {
+    std::string localizedName() const override { throw std::runtime_error("gone"); }
+    const std::string& uniqueID() const override { throw std::runtime_error("gone"); }
+    bool isRTPWithoutSDP() const override { return false; }
+};
+struct GonePublishSession final : PublishSessionProtocol {
+    const std::string& videoId() const override { throw std::runtime_error("gone"); }
+};
 
 void expectNew(const RemoteCodingSessionDetails& details, const char* name, const char* stream, bool isHost) {
     EXPECT_EQ(details.name, name);
@@ -29,16 +40,22 @@ TEST_F(CreateTest, WithoutACaptureOrAUserNothingFailsAndWhateverElseIsMissingIsA
     host_.signOut();
     EXPECT_TRUE(create().succeeded()) << "nobody signed in";
     host_.signIn("ann");
-    const auto session = ReferenceHost::makePublishSession("video");
-    const auto device = std::make_shared<ReferenceHost::CaptureDevice>("Main camera");
-    EXPECT_FALSE(component_->createNewRemoteCodingSession("Derby", nullptr, "team", device).succeeded());
-    EXPECT_FALSE(component_->createNewRemoteCodingSession("Derby", session, "team", nullptr).succeeded());
+    using Session = std::shared_ptr<PublishSessionProtocol>;
+    using Device = std::shared_ptr<CaptureDeviceProtocol>;
+    const Session session = ReferenceHost::makePublishSession("video");
+    const Device device = std::make_shared<ReferenceHost::CaptureDevice>("Main camera");
+    for (const auto& [given, feed] : {std::pair(Session(), device), std::pair(session, Device()),
+                                      std::pair(session, Device(std::make_shared<GoneDevice>())),
+                                      std::pair(Session(std::make_shared<GonePublishSession>()), device)}) {
+        EXPECT_FALSE(component_->createNewRemoteCodingSession("Derby", given, "team", feed).succeeded());
+    }
     EXPECT_FALSE(host_.capture().publication());
 
     host_.capture().refusal = std::make_exception_ptr(std::runtime_error("No encoder"));
     EXPECT_EQ(create().error(), host_.capture().refusal);
     host_.locator().setCaptureComponent(nullptr);
-    EXPECT_FALSE(create().succeeded()) << "no capture component";
+    host_.environment().languages = {"fr"};
+    EXPECT_EQ(Base::describe(create().error()), "La capture n’est pas disponible.");
     host_.locator().setTimelineComponent(nullptr);
     EXPECT_TRUE(create().succeeded()) << "no timeline component";
     settle();
@@ -58,6 +75,15 @@ TEST_F(CreateTest, PublishesTheCaptureAndRegistersASession) {
     EXPECT_THAT(updates_, IsEmpty()) << "updates are posted when the operation is over";
     settle();
     EXPECT_FALSE(updates_.empty());
+}
+
+TEST_F(CreateTest, ASessionWhoseSettingsCannotBeReadIsNotShared) {
+    host_.userDefaults().setBool(UserDefaultsKeys::enableSharedTimelines, true);
+    host_.userDefaults().fault = std::make_exception_ptr(std::runtime_error("settings"));
+    const auto timeline = host();
+    EXPECT_EQ(statusOf(timeline), Status::live);
+    EXPECT_FALSE(component_->synchronisationStatus(timeline->uniqueId()));
+    expectedErrors_ = {"The host failed unexpectedly: settings"};
 }
 
 TEST_F(CreateTest, FollowsItsStreamAndAnUpdateShowsTheStateAtTheTimeOfItsPost) {
@@ -161,6 +187,10 @@ TEST_F(JoinTest, AShareThatCannotBeOpenedIsLoggedAndTheNextJoinWorks) {
                        "The host failed unexpectedly: timeline component"};
     doors->throws = false;
     host_.timelines().liveShares.completesInsideCall = true;
+    doors->failsAfterOpening = true;
+    EXPECT_FALSE(statusOf(joined())) << "it has opened, but the host says that it has not";
+    expectedErrors_.emplace_back("Failed to open a remote coding session.: after opening");
+    doors->failsAfterOpening = false;
     EXPECT_TRUE(component_->hasActiveSession(joined()->uniqueId()));
 }
 

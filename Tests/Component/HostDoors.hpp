@@ -27,13 +27,14 @@ public:
                                                    ShareCompletion completionHandler) override {
         completion = completionHandler;
         opensOneFileWithoutWindow = shareFiles.size() == 1 && !window && !directoryURL;
-        return behind().openLiveShareWithShareFiles(
+        auto result = behind().openLiveShareWithShareFiles(
             shareFiles, window, directoryURL,
             [repeats = completionRepeats, completionHandler](const auto& videoId) {
                 for (int count = 0; count <= repeats; ++count) {
                     completionHandler(videoId);
                 }
             });
+        return failsAfterOpening ? Base::failure<void>(std::runtime_error("after opening")) : result;
     }
 
     std::shared_ptr<TimelineProtocol> frontTimeline() override { return behind().frontTimeline(); }
@@ -45,6 +46,7 @@ public:
     }
 
     bool throws = false;
+    bool failsAfterOpening = false;
     int completionRepeats = 0;
     bool opensOneFileWithoutWindow = false;
     ShareCompletion completion;  ///< the last, kept for longer than a host may

@@ -39,6 +39,16 @@ struct ViewModelTest : ComponentTest {
     }
 };
 
+/// Cannot tell what the front window is.
+struct UnsureTimelineComponent final : FaultyTimelineComponent {
+    using FaultyTimelineComponent::FaultyTimelineComponent;
+    bool isTimelineWindow(const std::shared_ptr<WindowProtocol>& window) override {
+        return window == unsure ? throw std::runtime_error("window")
+                                : FaultyTimelineComponent::isTimelineWindow(window);
+    }
+    std::shared_ptr<WindowProtocol> unsure;
+};
+
 TEST(VideoName, IsTheLastPathComponentWithoutItsExtension) {
     for (const std::string_view name : {"", "Derby", "Derby.", ".derby", "Rovers vs. United"}) {
         EXPECT_EQ(videoNameFromTitle(name), name);
@@ -67,6 +77,10 @@ TEST_F(ViewModelTest, OffersTheNameOfTheFrontTimelineAndTheFeedsThatTheHostCanPu
     EXPECT_EQ(viewModel.defaultVideoName(), "Training");
     host_.timelines().bringToFront(first->uniqueId());
     EXPECT_EQ(viewModel.defaultVideoName(), "Rovers vs. United");
+    const auto doors = std::make_shared<UnsureTimelineComponent>(host_.timelines());
+    doors->unsure = host_.timelines().windowOf(first->uniqueId());
+    host_.locator().setTimelineComponent(doors);
+    EXPECT_EQ(viewModel.defaultVideoName(), "Training");
     host_.locator().setTimelineComponent(nullptr);
     EXPECT_FALSE(viewModel.defaultVideoName());
 
@@ -76,6 +90,9 @@ TEST_F(ViewModelTest, OffersTheNameOfTheFrontTimelineAndTheFeedsThatTheHostCanPu
     EXPECT_THAT(viewModel.availableFeeds(), ElementsAre(rtp, camera));
     host_.userDefaults().setBool(UserDefaultsKeys::disableEnhancedCapture, true);
     EXPECT_THAT(viewModel.availableFeeds(), ElementsAre(camera));
+    host_.userDefaults().fault = std::make_exception_ptr(std::runtime_error("settings"));
+    EXPECT_THAT(viewModel.availableFeeds(), ElementsAre(rtp, camera));
+    expectedErrors_ = {"The host failed unexpectedly: window", "The host failed unexpectedly: settings"};
     host_.locator().setCaptureComponent(nullptr);
     EXPECT_THAT(viewModel.availableFeeds(), IsEmpty());
 }
