@@ -80,9 +80,10 @@ bool SessionWindowController::isOpen() const {
 
 void SessionWindowController::perform(const std::string& action,
                                       const std::shared_ptr<ViewProtocol>& sender) {
-    checkIsMainThread(environment_, action);
+    const std::string function = action + "(_:)";
+    checkIsMainThread(environment_, function);
     const auto self = shared_from_this();  // the action may close the window
-    guarded(environment_, action, [&] { act(action, sender); });
+    guarded(environment_, function, [&] { act(action, sender); });
 }
 
 void SessionWindowController::controlTextDidChange(const std::shared_ptr<ViewProtocol>& control) {
@@ -149,15 +150,27 @@ Base::Task<void> SessionWindowController::signInAndLoad() {
 }
 
 Base::Task<SessionWindowController::SignIn> SessionWindowController::signIn() {
-    const auto coordinator = isOpen() ? environment_.account.makeLoginCoordinator() : nullptr;
+    if (!window_) {
+        co_return SignIn::impossible;
+    }
+    std::shared_ptr<TevuLoginCoordinatorProtocol> coordinator;
+    std::shared_ptr<ViewProtocol> view;
+    bool isReady = false;
+    guarded(environment_, signInFunction, [&] {
+        view = window_->contentView();
+        coordinator = environment_.account.makeLoginCoordinator();
+        isReady = true;
+    });
+    if (!isReady) {
+        co_return SignIn::failed;
+    }
     if (!coordinator) {
         co_return SignIn::impossible;
     }
-    Base::CompletionCall<User> signingIn(
-        [coordinator, view = window_->contentView()](Base::Completion<User> done) {
-            coordinator->start(view, {{TevuLoginConstants::Configuration::closeParentOnCancelKey, true}},
-                               std::move(done));
-        });
+    Base::CompletionCall<User> signingIn([coordinator, view](Base::Completion<User> done) {
+        coordinator->start(view, {{TevuLoginConstants::Configuration::closeParentOnCancelKey, true}},
+                           std::move(done));
+    });
     const Base::Result<User> user = co_await signingIn;
     co_return user.succeeded() ? SignIn::ended : SignIn::failed;
 }
@@ -192,6 +205,9 @@ void SessionWindowController::didFetchTeams(const Base::Result<Teams>& teams) {
 /// However often that takes: whether the user has signed in shows at the next fetch. It ends with the window, through which
 /// alone that could happen.
 Base::Task<void> SessionWindowController::signInAndRefreshTeams() {
+    if (!isOpen()) {
+        co_return;
+    }
     Base::Task<SignIn> signingIn = signIn();
     const SignIn outcome = co_await signingIn;
     if (outcome != SignIn::impossible && isOpen()) {
@@ -211,7 +227,7 @@ void SessionWindowController::showUnableToFetchTeamsAlert() {
 
 void SessionWindowController::rebuildTeamPopUp() {
     const auto popUp = selectedTeamPopUpButton_.lock();
-    if (!popUp) {
+    if (!popUp || !isOpen()) {
         return;
     }
     popUp->removeAllItems();

@@ -17,9 +17,10 @@ namespace RemoteCoding {
 /// What the two session windows have in common: the window with its pop-up button of teams, signing in, and fetching the
 /// teams.
 ///
-/// Main thread only. The environment outlives it. The controller owns its window, and through it the controls, which stay
-/// readable after the window has closed; each of them may be missing. Its tasks hold the controller: what still runs when
-/// the window closes runs to its end. The exception is signing in again, which needs the window.
+/// Main thread only. The environment outlives it. The controller owns its window, and through it the controls; each of them
+/// may be missing. Its tasks hold the controller: what still runs when the window closes runs to its end. The exception is
+/// signing in again, which needs the window. The controls of a closed window are read, as their user left them, and not
+/// written any more.
 class SessionWindowController : public WindowOwnerProtocol,
                                 public std::enable_shared_from_this<SessionWindowController> {
 public:
@@ -77,6 +78,9 @@ protected:
     void refreshTeams();
     [[nodiscard]] const std::vector<TeamSummary>& teams() const { return teams_; }
 
+    /// False from the window's closing on, and when the toolkit cannot say.
+    [[nodiscard]] bool isOpen() const;
+
     /// The team of the selected item; absent when none is selected.
     [[nodiscard]] std::optional<TeamSummary> teamInPopUp() const;
 
@@ -102,10 +106,9 @@ private:
     enum class SignIn : std::uint8_t {
         ended,       ///< with a user or without
         failed,      ///< with an error
-        impossible,  ///< nobody can sign in through this window (any more)
+        impossible,  ///< there is no window, or the host has no such flow
     };
 
-    [[nodiscard]] bool isOpen() const;
     [[nodiscard]] Base::Task<SignIn> signIn();
     [[nodiscard]] Base::Task<void> signInAndLoad();
     [[nodiscard]] Base::Task<void> signInAndRefreshTeams();

@@ -90,7 +90,8 @@ Base::Task<void> VideoSharingJoinSessionWindowController::fetchSessions(TeamSumm
 }
 
 void VideoSharingJoinSessionWindowController::reloadSessions() {
-    if (const auto table = sessionsTableView_.lock()) {
+    const auto table = sessionsTableView_.lock();
+    if (table && isOpen()) {
         table->reloadData();
     }
 }
@@ -136,7 +137,8 @@ void VideoSharingJoinSessionWindowController::selectSession(std::int64_t atRow) 
     if (atRow >= 0 && static_cast<std::size_t>(atRow) < sessions_.size()) {
         selectedSession_ = sessions_[static_cast<std::size_t>(atRow)];
     }
-    if (const auto button = joinSessionButton_.lock()) {
+    const auto button = joinSessionButton_.lock();
+    if (button && isOpen()) {
         button->setEnabled(selectedTeam_ && selectedSession_);
     }
 }

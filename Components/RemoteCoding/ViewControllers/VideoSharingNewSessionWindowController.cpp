@@ -48,6 +48,9 @@ void VideoSharingNewSessionWindowController::act(const std::string& action,
 // What one of these steps fails at does not keep the others from what they do.
 void VideoSharingNewSessionWindowController::load() {
     refreshTeams();
+    if (!isOpen()) {
+        return;
+    }
     guarded(environment(), loadFunction, [&] { showDefaultVideoName(); });
     guarded(environment(), loadFunction, [&] { showFeeds(); });
     updateCreateButtonState();
@@ -109,7 +112,7 @@ void VideoSharingNewSessionWindowController::checkSelectFeedCheckbox(
         return;  // a box of feeds that have gone meanwhile
     }
     selectedFeed_ = feeds_[static_cast<std::size_t>(row)];
-    reloadFeeds();
+    guarded(environment(), "checkSelectFeedCheckbox(_:)", [&] { reloadFeeds(); });
     updateCreateButtonState();
 }
 
@@ -124,15 +127,19 @@ void VideoSharingNewSessionWindowController::reloadFeeds() {
 void VideoSharingNewSessionWindowController::textDidChange(TextFieldProtocol& field) {
     const VideoNameText name(field.text());
     if (name.wasCut) {
-        environment().windowing.beep();
+        beep();
     }
     if (name.wasCut || name.hadForbiddenCharacters) {
-        field.setText(name.text);
+        guarded(environment(), "controlTextDidChange(_:)", [&] { field.setText(name.text); });
     }
     if (name.hadForbiddenCharacters) {
-        environment().windowing.beep();
+        beep();
     }
     updateCreateButtonState();
+}
+
+void VideoSharingNewSessionWindowController::beep() {
+    guarded(environment(), "beep()", [&] { environment().windowing.beep(); });
 }
 
 void VideoSharingNewSessionWindowController::updateCreateButtonState() {

@@ -41,6 +41,7 @@ private:
     void showDefaultVideoName();
     void showFeeds();
     void reloadFeeds();
+    void beep();
     void updateCreateButtonState();
 
     void createNewSession(const std::shared_ptr<HostObject>& sender);
