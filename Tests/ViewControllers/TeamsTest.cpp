@@ -1,66 +1,45 @@
-// What both session windows do alike: signing in, and the teams.
+// What both session windows do alike: signing in, the teams, and what a toolkit cannot do.
 
-#include "Tests/ViewControllers/SessionWindowTest.hpp"
+#include "Components/RemoteCoding/ViewControllers/VideoSharingNewSessionWindowController.hpp"
+#include "Tests/Component/PersonTest.hpp"
 
 namespace RemoteCoding {
 namespace {
 
-using testing::AllOf;
-using testing::Each;
-using testing::SizeIs;
-
-const std::string teamsFailed =
-    "Failed to fetch teams. Error=The cloud service could not carry out the request..";
-
-struct TeamsTest : SessionWindowTest, testing::WithParamInterface<const char*> {
-    TeamsTest() { host_.startCapture("Derby"); }
-
-    ReferenceHost::WindowOnScreen open() {
-        return GetParam() == std::string(newTitle) ? openNew() : openJoin();
+struct TeamsTest : PersonTest, testing::WithParamInterface<bool> {
+    TeamsTest() {
+        host_.startCapture("Derby");
+        service_.videos().add(ReferenceHost::liveVideo("video", "reds", "Cup final"));
     }
+    WindowOnScreen open() { return PersonTest::open(GetParam()); }
     [[nodiscard]] auto fetches() const { return calls("fetchTeams"); }
-    void expectSilence() const {
-        EXPECT_THAT(alerts(), IsEmpty());
-        EXPECT_THAT(warnings(), IsEmpty());
-    }
 };
 
-TEST_P(TeamsTest, WhoIsNotSignedInIsAskedToAndSeesNothingWithout) {
+TEST_P(TeamsTest, ASignInIsAskedForUntilOneIsAcceptedAndWithoutOneThereIsNothing) {
+    const auto error = std::make_exception_ptr(std::runtime_error("Wrong password"));
     host_.signOut();
     auto window = open();
-    ASSERT_TRUE(window.asksToSignIn());
-    window.failSignIn(std::make_exception_ptr(std::runtime_error("No network")));
+    window.failSignIn(error);
     settle();
     EXPECT_FALSE(window.asksToSignIn()) << "loading has stopped";
-    EXPECT_EQ(fetches(), 0);
     host_.account().hasNoLoginCoordinator = true;
     (void)open();
     EXPECT_EQ(fetches(), 0);
 
     host_.account().hasNoLoginCoordinator = false;
+    host_.signIn("ann");
+    service_.teams().expireSignIn("ann");
     (void)open();
+    for (int attempt = 1; attempt <= 3; ++attempt) {
+        EXPECT_EQ(fetches(), attempt);
+        window.failSignIn(error);
+        settle();
+    }
     window.signIn("ann");
     settle();
     EXPECT_THAT(window.items("Team"), ElementsAre("Reds", "Blues"));
-    EXPECT_EQ(fetches(), 1);
-    expectSilence();
-}
-
-TEST_P(TeamsTest, ASignInThatIsNotAcceptedIsRepeatedUntilOneIs) {
-    service_.teams().expireSignIn("ann");
-    const auto window = open();
-    for (int attempt = 1; attempt <= 3; ++attempt) {
-        EXPECT_EQ(fetches(), attempt);
-        ASSERT_TRUE(window.asksToSignIn());
-        ReferenceHost::WindowOnScreen(window).failSignIn(
-            std::make_exception_ptr(std::runtime_error("Wrong password")));
-        settle();
-    }
-    ReferenceHost::WindowOnScreen(window).signIn("ann");
-    settle();
-    EXPECT_THAT(window.items("Team"), ElementsAre("Reds", "Blues"));
     EXPECT_EQ(fetches(), 5);
-    expectSilence();
+    EXPECT_THAT(traced(TraceKind::logWarn), IsEmpty());
 }
 
 TEST_P(TeamsTest, NobodySignsInThroughAWindowThatHasClosed) {
@@ -68,77 +47,53 @@ TEST_P(TeamsTest, NobodySignsInThroughAWindowThatHasClosed) {
     open().cancelSignIn();
     settle();
     EXPECT_EQ(fetches(), 1) << "loading goes on, without a user";
-    host_.signIn("ann");
-    for (const bool closesDuringTheFetch : {false, true}) {
+    for (const double duringTheFetch : {0, 15}) {
+        host_.signIn("ann");
         service_.teams().expireSignIn("ann");
-        const auto before = fetches();
-        if (closesDuringTheFetch) {
-            host_.cloudClient().faultNext(CloudOperation::fetchTeams,
-                                          Fault(Fault::Kind::none, Base::Seconds(15)));
-        }
+        delay(CloudOperation::fetchTeams, duringTheFetch);
         open().close();
         settle();
-        EXPECT_EQ(fetches(), before + 1);
-        settle();
     }
-    EXPECT_FALSE(ann_.sees(GetParam()));
+    EXPECT_EQ(fetches(), 3);
     EXPECT_EQ(calls("makeLoginCoordinator"), 2);
-    expectSilence();
+    EXPECT_THAT(traced(TraceKind::logWarn), IsEmpty());
 }
 
 TEST_P(TeamsTest, TeamsThatCannotBeFetchedLeaveThePreviousOnesAndMayBeRetried) {
     const auto window = open();
-    addTeam("greens", "Greens");
-    fail(CloudOperation::fetchTeams);
-    (void)open();
-    EXPECT_THAT(window.items("Team"), ElementsAre("Reds", "Blues"));
-    fail(CloudOperation::fetchTeams, 5000);
-    for (int retry = 0; retry < 5000; ++retry) {
-        ann_.willAnswer("Retry");
-    }
-    (void)open();
-    runFor(1000);
-    EXPECT_THAT(window.items("Team"), ElementsAre("Reds", "Blues", "Greens"));
-    EXPECT_THAT(warnings(), AllOf(SizeIs(5001), Each(teamsFailed)));
-    EXPECT_THAT(alerts(), AllOf(SizeIs(5001), Each("Unable to Fetch Teams List")));
-
+    setTeams("Greens", std::nullopt);
+    letFail(CloudOperation::fetchTeams, 1, "Cancel");
+    EXPECT_THAT(open().items("Team"), ElementsAre("Reds", "Blues"));
+    letFail(CloudOperation::fetchTeams, 2, "Retry");
+    EXPECT_THAT(open().items("Team"), ElementsAre("Greens"));
+    EXPECT_EQ(traced(TraceKind::logWarn),
+              Texts(3, std::string("Failed to fetch teams. Error=") + requestFailed));
+    EXPECT_EQ(traced(TraceKind::alert), Texts(3, "Unable to Fetch Teams List"));
     host_.windowing().faults.noAlerts = std::make_exception_ptr(std::runtime_error("no screen"));
-    fail(CloudOperation::fetchTeams);
-    (void)open();
-    EXPECT_TRUE(window.isEnabled("Team"));
+    letFail(CloudOperation::fetchTeams, 1, "Retry");
+    EXPECT_THAT(open().items("Team"), ElementsAre("Greens"));
     expectedErrors_ = {"The host failed unexpectedly: no screen"};
 }
 
 TEST_P(TeamsTest, TablesShowNothingWhereTheToolkitHasNoFittingCell) {
-    service_.videos().add(ReferenceHost::liveVideo("video", "reds", "Cup final"));
-    const bool isNew = GetParam() == std::string(newTitle);
     auto& faults = host_.windowing().faults;
-    const std::pair<bool*, Rows> cases[] = {
-        {&faults.makesNoCells, {{"", ""}}},
-        {&faults.mixesUpCells, {{"", ""}}},
-        {&faults.cellsHaveNoTextField, {{isNew ? "[ ]" : "", ""}}},
-    };
-    for (const auto& [fault, row] : cases) {
+    for (bool* fault : {&faults.makesNoCells, &faults.mixesUpCells, &faults.cellsHaveNoTextField}) {
         *fault = true;
-        const auto window = open();
-        EXPECT_EQ(window.rows(isNew ? "Feed to Share" : "Active Sessions").front(), row.front());
+        EXPECT_EQ(open().rows(GetParam() ? "Active Sessions" : "Feed to Share").front().back(), "");
         *fault = false;
-        ReferenceHost::WindowOnScreen(window).close();
     }
-}
-
-TEST_P(TeamsTest, AReplyThatNeverComesKeepsAClosedWindowsControllerOnlyUntilTheHostStops) {
-    host_.cloudClient().faultNext(CloudOperation::fetchTeams, Fault(Fault::Kind::neverAnswer));
-    open().close();
+    faults.makesNoWindow = true;
+    const auto controller = VideoSharingNewSessionWindowController::make(host_.environment());
+    controller->showWindow(nullptr);
+    controller->loadContent();
     settle();
-    EXPECT_EQ(host_.unfinishedTasks(), 1U);
-    host_.stop();
-    host_.environment().tasks.drop();
+    controller->perform("checkSelectFeedCheckbox", nullptr);
+    controller->perform("cancel", nullptr);
+    expectedErrors_ = {"Unable to make the window: VideoSharingNewSessionWindowController"};
 }
 
-INSTANTIATE_TEST_SUITE_P(, TeamsTest,
-                         testing::Values("New Video Sharing Session", "Join Video Sharing Session"),
-                         [](const auto& title) { return title.param[0] == 'N' ? "New" : "Join"; });
+INSTANTIATE_TEST_SUITE_P(, TeamsTest, testing::Bool(),
+                         [](const auto& toJoin) { return toJoin.param ? "Join" : "New"; });
 
 }  // namespace
 }  // namespace RemoteCoding
