@@ -10,6 +10,7 @@ class ScreenTest : public ComponentTest {};
 
 TEST_F(ScreenTest, ShowsAlertsSheetsAndWindowsFrontToBack) {
     auto& ann = host_.person();
+    const auto date = host_.windowing().mediumDateShortTime(service_.time());
     service_.teams().add({.id = "reds", .name = "Reds", .members = {"ann"}});
     service_.teams().add({.id = "blues", .name = "Blues", .members = {"ann"}});
     service_.videos().add(ReferenceHost::liveVideo("cup", "reds", "Coupé"));
@@ -32,7 +33,6 @@ TEST_F(ScreenTest, ShowsAlertsSheetsAndWindowsFrontToBack) {
         ann.answer("OK");
     });
     (void)host_.windowing().runModal(Alert("No disk", "", {}, AlertStyle::informational));
-    const auto date = host_.windowing().mediumDateShortTime(service_.time());
     EXPECT_EQ(screen, R"(.- Alert (informational) ---------------------------------------------------
 | No disk
 | [ OK ]
