@@ -5,7 +5,6 @@
 namespace RemoteCoding {
 namespace {
 
-const std::string endTitle = "Are you sure you want to end the session?";
 const auto failure = std::make_exception_ptr(std::runtime_error("failure"));
 
 struct PromptsTest : PersonTest {
@@ -45,48 +44,44 @@ struct PromptsTest : PersonTest {
 TEST_F(PromptsTest, EndingAsksByTheStateOfTheStreamAndEndsTheSessionThenItsCapture) {
     const auto timeline = host();
     answer(prompt(timeline, true), "Cancel");
-    EXPECT_THAT(
-        last(TraceKind::sheet),
-        ElementsAre("Match", "critical", endTitle,
-                    "Collaborators will no longer have access to the capture or new shared data. You can "
-                    "continue to use the timeline after ending the session.",
-                    "\"Cancel\", \"End Session\""));
+    EXPECT_EQ(last(TraceKind::sheet),
+              (Texts{"Match", "critical", "Are you sure you want to end the session?",
+                     "Collaborators will no longer have access to the capture or new shared data. You can "
+                     "continue to use the timeline after ending the session.",
+                     "\"Cancel\", \"End Session\""}));
     EXPECT_EQ(statusOf(timeline), Status::live);
     component_->streamEnded(timeline->uniqueId());
     answer(prompt(timeline, true), "End Session");
     EXPECT_EQ(last(TraceKind::sheet)[3],
-              "Collaborators will no longer be able to share data. You can continue to "
-              "use the timeline after ending the session.");
-    EXPECT_THAT(deeds(), ElementsAre("SessionEnded", "endCapturing"));
-
+              "Collaborators will no longer be able to share data. You can continue "
+              "to use the timeline after ending the session.");
+    EXPECT_EQ(deeds(), (Texts{"SessionEnded", "endCapturing"}));
     const auto window = prompt(host(), true);
     host_.startCapture("Another match");
     answer(window, "End Session");
-    EXPECT_THAT(deeds(), ElementsAre("SessionEnded")) << "the capture is another timeline's";
+    EXPECT_EQ(deeds(), Texts{"SessionEnded"}) << "the capture is another timeline's";
 }
 
 TEST_F(PromptsTest, LeavingLooksForTheFrontTimelineBeforeTheSessionEndsAndStopsItsShareAfter) {
     const auto timeline = joined();
     answer(prompt(timeline, false), "Cancel");
-    EXPECT_THAT(
-        last(TraceKind::sheet),
-        ElementsAre("Cup final", "warning", "Are you sure you want to exit the session?",
-                    "You\u2019ll no longer be able to view the capture or share data with others in the "
-                    "session. You can continue to use the timeline after exiting the session.",
-                    "\"Cancel\", \"Exit Session\""));
-    EXPECT_THAT(deeds(), IsEmpty());
+    EXPECT_EQ(last(TraceKind::sheet),
+              (Texts{"Cup final", "warning", "Are you sure you want to exit the session?",
+                     "You\u2019ll no longer be able to view the capture or share data with others in the "
+                     "session. You can continue to use the timeline after exiting the session.",
+                     "\"Cancel\", \"Exit Session\""}));
+    EXPECT_EQ(deeds(), Texts());
     const auto window = prompt(timeline, false);
     const auto front = host_.openTimeline("Front")->uniqueId();
     answer(window, "Exit Session");
-    EXPECT_THAT(deeds(), ElementsAre("frontTimeline", "SessionEnded", "stopLiveShareWithTimelineId" + front));
-
+    EXPECT_EQ(deeds(), (Texts{"frontTimeline", "SessionEnded", "stopLiveShareWithTimelineId" + front}));
     const auto hosted = host();
     for (const auto& open : host_.timelines().openTimelines()) {
         host_.closeTimeline(open->uniqueId());
     }
     plain_->show();
     answer(prompt(hosted, false, plain_), "Exit Session");
-    EXPECT_THAT(deeds(), ElementsAre("frontTimeline", "SessionEnded", "stopLiveShareWithTimelineId"));
+    EXPECT_EQ(deeds(), (Texts{"frontTimeline", "SessionEnded", "stopLiveShareWithTimelineId"}));
 }
 
 TEST_F(PromptsTest, WithoutAnActiveSessionNobodyIsAskedAndWithoutAnAnswerNothingEnds) {
@@ -116,36 +111,35 @@ TEST_F(PromptsTest, WithoutAnActiveSessionNobodyIsAskedAndWithoutAnAnswerNothing
 TEST_F(PromptsTest, AFailedSessionCanOnlyBeQuit) {
     const auto timeline = joined();
     component_->fragmentDownloadDidError(failure, timeline->uniqueId());
-    EXPECT_THAT(deeds(), IsEmpty()) << "never inside the call";
+    EXPECT_EQ(deeds(), Texts()) << "never inside the call";
     settle();
-    EXPECT_THAT(last(TraceKind::alert),
-                ElementsAre("warning", "Unable to Load Session",
-                            "You can rejoin the session if it is still active or join a new session.",
-                            "\"Quit Session\""));
-    EXPECT_THAT(deeds(), ElementsAre("frontTimeline", "stopLiveShareWithTimelineId" + timeline->uniqueId(),
-                                     "SessionEnded"));
+    EXPECT_EQ(last(TraceKind::alert),
+              (Texts{"warning", "Unable to Load Session",
+                     "You can rejoin the session if it is still active or join a new session.",
+                     "\"Quit Session\""}));
+    EXPECT_EQ(deeds(),
+              (Texts{"frontTimeline", "stopLiveShareWithTimelineId" + timeline->uniqueId(), "SessionEnded"}));
     expectedErrors_ = {"Fragment Download Error: failure"};
 }
 
 TEST_F(PromptsTest, ASessionStartsFromACaptureUnlessOneIsHosted) {
     component_->openCreateSharingSessionWindow();
-    EXPECT_THAT(ann_.windowTitles(), IsEmpty());
+    EXPECT_EQ(ann_.windowTitles(), Texts());
     ann_.willAnswer("Open Capture Window");
     component_->openCreateSharingSessionWindow();
-    EXPECT_THAT(last(TraceKind::alert),
-                ElementsAre("warning", "Capture Not Started",
-                            "To create a live streaming session you must start a capture.",
-                            "\"Open Capture Window\", \"Cancel\""));
+    EXPECT_EQ(last(TraceKind::alert), (Texts{"warning", "Capture Not Started",
+                                             "To create a live streaming session you must start a capture.",
+                                             "\"Open Capture Window\", \"Cancel\""}));
     (void)host();
     component_->openCreateSharingSessionWindow();
     host_.windowing().faults.makesNoWindow = true;
     component_->openJoinSharingSessionWindow();
-    EXPECT_THAT(ann_.windowTitles(), ElementsAre("Match", "Capture"));
     expectedErrors_ = {"Unable to make the window: VideoSharingJoinSessionWindowController"};
+    EXPECT_EQ(ann_.windowTitles(), (Texts{"Match", "Capture"}));
     host_.windowing().faults.makesNoWindow = false;
     EXPECT_TRUE(open(true).isOpen());
     component_.reset();
-    EXPECT_THAT(ann_.windowTitles(), ElementsAre("Match", "Capture"));
+    EXPECT_EQ(ann_.windowTitles(), (Texts{"Match", "Capture"})) << "its windows close with it";
 }
 
 }  // namespace
