@@ -15,6 +15,9 @@ std::shared_ptr<RemoteCoding::TevuLoginCoordinatorProtocol> Account::makeLoginCo
     if (recordCall_) {
         recordCall_("makeLoginCoordinator", {});
     }
+    if (noLoginCoordinator) {
+        std::rethrow_exception(noLoginCoordinator);
+    }
     if (hasNoLoginCoordinator) {
         return nullptr;
     }

@@ -4,6 +4,7 @@
 #include "Components/RemoteCoding/HostInterfaces/AccountProtocol.hpp"
 #include "ReferenceHost/Timeline/CallRecorder.hpp"
 
+#include <exception>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -35,8 +36,9 @@ public:
 
     std::function<void()> didSignOut;
 
-    /// A fault on demand: there is no sign-in flow.
-    bool hasNoLoginCoordinator = false;
+    // Faults on demand.
+    bool hasNoLoginCoordinator = false;     ///< there is no sign-in flow
+    std::exception_ptr noLoginCoordinator;  ///< set: asking for one throws it
 
 private:
     Base::ExecutionProtocol& execution_;

@@ -57,6 +57,9 @@ void HeadlessWindowing::beginSheet(const Alert& alert,
 
 void HeadlessWindowing::beep() {
     expectMainThread("beep");
+    if (faults.noBeeps) {
+        std::rethrow_exception(faults.noBeeps);
+    }
     ++numberOfBeeps_;
     record(TraceKind::beep, {});
 }

@@ -22,6 +22,7 @@ struct WindowingFaults {
     bool cellsHaveNoTextField = false;  ///< text cells
     std::exception_ptr noAlerts;        ///< set: `runModal` throws it
     std::exception_ptr noSheets;        ///< set: sheets fail with it
+    std::exception_ptr noBeeps;         ///< set: `beep` throws it
 };
 
 /// A windowing toolkit without a screen: it realises layouts, keeps the order of the windows, and shows alerts. What a user

@@ -45,6 +45,7 @@ public:
         behind().stopLiveShareWithTimelineId(timelineId);
     }
 
+    std::function<void()> before;  ///< called inside each operation, if there is one
     bool throws = false;
     bool failsAfterOpening = false;
     int completionRepeats = 0;
@@ -53,6 +54,9 @@ public:
 
 private:
     TimelineComponentProtocol& behind() const {
+        if (before) {
+            before();
+        }
         return throws ? throw std::runtime_error("timeline component") : behind_;
     }
 
