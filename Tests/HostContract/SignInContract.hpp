@@ -77,6 +77,14 @@ TEST_P(SignInContract, EndsWithNobodyWhenItIsCancelledOrItsWindowClosesAndFailsW
     EXPECT_FALSE(fixture->account().user());
 }
 
+TEST_P(SignInContract, EndsTwoFlowsOfOneWindowTogether) {
+    auto flows = std::pair(start(true), start(true));
+    EXPECT_EQ(after([&] { fixture->signIn("Window", "ann"); }, 2), (Strings{"ann", "ann"}));
+    flows = {start(true), start(true)};
+    EXPECT_EQ(after([&] { fixture->close("Window"); }, 3),
+              (Strings{"the window closes", "nobody", "nobody"}));
+}
+
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(SignInContract);
 
 }  // namespace HostContract
