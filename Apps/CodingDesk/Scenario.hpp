@@ -11,7 +11,7 @@ class Stage;
 /// something is not as it should be.
 struct Scenario {
     std::string_view name;   ///< as it is asked for on the command line
-    std::string_view about;  ///< what happens, in one line of at most 90 columns
+    std::string_view about;  ///< what happens, in at most 54 columns
     void (*play)(Stage& stage);
 };
 

@@ -42,6 +42,7 @@ TEST(InputTests, OptionsHaveTwoSpellingsAndTheLastOfTwoCounts) {
     EXPECT_EQ(parseOptions({"--no-drop-link", "--drop-link"}).dropLink, 1U);
     EXPECT_EQ(parseOptions({"--drop-link=Dinesh", "--analysts=4"}).dropLink, 3U);
     EXPECT_EQ(parseOptions({"--drop-link=3"}).dropLink, 2U);
+    EXPECT_EQ(parseOptions({"--scenario", "host-ends", "--scenario=all", "--speed=3"}).scenario, "all");
 }
 
 TEST(InputTests, WhatCannotBeUsedEndsTheProgramWithStatus2AndTheReasonBeforeAnythingIsDone) {
@@ -55,6 +56,8 @@ TEST(InputTests, WhatCannotBeUsedEndsTheProgramWithStatus2AndTheReasonBeforeAnyt
         {{"--analysts=3x"}, "not \"3x\""},
         {{"--speed=0"}, "--speed expects"},
         {{"--seed=1.5"}, "--seed expects"},
+        {{"--scenario=cup-final"}, "--scenario expects match, no-capture, guest-leaves, host-ends"},
+        {{"--no-drop-link", "--scenario=host-ends"}, "--no-drop-link is an option of the match"},
         {{"--plain=yes"}, "--plain takes no value"},
         {{"--drop-link=Dinesh"}, "Ana, Björn or Chloé or a number from 1 to 3"},
         {{"--drop-link=3", "--analysts=2"}, "from 1 to 2"}};
