@@ -29,7 +29,7 @@ void VirtualSeat::at(const Deed& deed) {
         std::exception_ptr error;
     };
     const auto outcome = std::make_shared<Outcome>();
-    execution_.postToMain([this, &deed, outcome] {
+    execution_.postToMain([this, deed, outcome] {
         try {
             deed(workplace_);
         } catch (...) {

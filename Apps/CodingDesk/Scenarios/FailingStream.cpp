@@ -12,6 +12,18 @@ void expectQuestions(Stage& stage, VirtualSeat& seat, std::size_t expected, cons
                       std::to_string(questionsAboutVideo(stage, seat)), std::to_string(expected));
 }
 
+void expectNothingTold(Stage& stage, VirtualSeat& seat) {
+    expectSession(stage, seat, "is joined");
+    stage.expect(seat.workplace().person().messagesSeen().empty(), "no alert");
+}
+
+/// Gives how many fragments the player loads in that time.
+std::size_t fragmentsWithin(Stage& stage, VirtualSeat& seat, Base::Seconds time) {
+    const std::size_t before = seat.workplace().player()->fragments();
+    stage.pass(time);
+    return seat.workplace().player()->fragments() - before;
+}
+
 }  // namespace
 
 void failingStream(Stage& stage) {
@@ -24,20 +36,23 @@ void failingStream(Stage& stage) {
         bjorn.at([&](Workplace& workplace) { workplace.player()->setHangs(hangs); });
     };
 
-    stage.pass(60s);
+    stage.pass(5s);
     const std::size_t asked = questionsAboutVideo(stage, bjorn);  // by the player, for the manifest
-    stage.tell("For a minute, fragment after fragment reaches Björn's player. Nobody asks about the video.");
+    const std::size_t loaded = fragmentsWithin(stage, bjorn, 60s);
+    stage.expect(loaded >= 29, "a fragment every two seconds");
+    expectQuestions(stage, bjorn, asked, "while fragments came");
+    stage.tell("Within a minute Björn's player loads " + std::to_string(loaded) +
+               " fragments. Nobody asks about the video.");
 
     stage.tell("The stream is slow: nothing reaches Björn's player.");
     setHangs(true);
-    stage.pass(20s);
+    stage.expect(fragmentsWithin(stage, bjorn, 20s) == 0, "no fragment");
     expectQuestions(stage, bjorn, asked + 1, "after 15 seconds without a fragment");
-    expectSession(stage, bjorn, "is joined");
+    expectNothingTold(stage, bjorn);
     stage.tell("After 15 seconds Björn's application has asked the cloud for the video: all is well with it, "
-               "so Björn is told "
-               "nothing.");
+               "so Björn is told nothing.");
     setHangs(false);
-    stage.pass(20s);
+    stage.expect(fragmentsWithin(stage, bjorn, 20s) > 0, "fragments come again");
     expectQuestions(stage, bjorn, asked + 1, "while fragments came again");
     stage.tell("The fragments come again.");
 
@@ -46,8 +61,9 @@ void failingStream(Stage& stage) {
     stage.pass(10s);
     expectQuestions(stage, bjorn, asked + 2, "5 seconds after the stream paused");
     ana.at([](Workplace& workplace) { workplace.host().capture().resumeStream(); });
-    stage.pass(10s);
+    stage.expect(fragmentsWithin(stage, bjorn, 10s) > 0, "fragments come again");
     expectQuestions(stage, bjorn, asked + 2, "after the stream had come back");
+    expectNothingTold(stage, bjorn);
     stage.tell("Björn's player has waited, and his application has asked again. The stream is back; Björn "
                "was told nothing.");
 

@@ -9,9 +9,11 @@ void cancelSignIn(Stage& stage, VirtualSeat& seat, const std::string& window) {
         workplace.person().looksAt(window);
         workplace.person().cancelsSignIn(window);
     });
-    stage.pass(std::chrono::seconds(5));
-    stage.expect(!seat.workplace().person().sees(window), "a cancelled sign-in closes the window");
+    const auto isClosed = [&] { return !seat.workplace().person().sees(window); };
+    stage.expect(isClosed(), "a cancelled sign-in closes the window");
     stage.tell("The window closes.");
+    stage.pass(std::chrono::seconds(5));
+    stage.expect(isClosed(), "the window stays closed");
 }
 
 void signIn(VirtualSeat& seat, const std::string& window) {
@@ -40,8 +42,9 @@ void signInExpires(Stage& stage) {
     signIn(bjorn, window);
     bjorn.at([&](Workplace& workplace) { workplace.person().looksAt(window); });
 
-    stage.tell("Björn takes a break; meanwhile his sign-in expires. He asks for the window again.");
+    stage.tell("Björn takes a break.");
     stage.pass(std::chrono::hours(1));
+    stage.tell("Meanwhile his sign-in has expired. He asks for the window again.");
     stage.world().cloud.teams().expireSignIn(bjorn.workplace().userId());
     SessionWindows::openJoinSession(bjorn);
     SessionWindows::waitForSignIn(bjorn, window);
