@@ -5,7 +5,7 @@ namespace CodingDesk::Scenarios {
 
 namespace {
 
-using std::chrono_literals::operator""s;
+using namespace std::chrono_literals;
 
 void expectQuestions(Stage& stage, VirtualSeat& seat, std::size_t expected, const std::string& when) {
     stage.expectEqual("how often the cloud was asked for the video " + when,

@@ -7,7 +7,7 @@ namespace CodingDesk::Scenarios {
 
 namespace {
 
-using std::chrono_literals::operator""s;
+using namespace std::chrono_literals;
 
 void switchLink(Stage& stage, VirtualSeat& seat, bool up) {
     stage.tell(seat.name() + "'s network " + (up ? "is back." : "goes down."));
