@@ -85,6 +85,8 @@ TEST_F(NewSessionWindowTest, TheWindowIsGoneBeforeAnyReplyAndRetriesWithoutEndCr
     EXPECT_EQ(video.title + " by " + video.streams->front().name.value(), "Cup final by Goal camera");
     EXPECT_EQ(publication.device->localizedName(), "Goal camera");
     EXPECT_EQ(component_->sessionDetails(timeline_->uniqueId()).value().name, "Cup final");
+    component_->endRemoteCodingSession(timeline_->uniqueId());
+    EXPECT_FALSE(open(false).isEnabled(createButton)) << "a new window remembers nothing";
 }
 
 TEST_F(NewSessionWindowTest, WhatFailsBehindTheServiceIsToldOnceAndARefusedSessionCountsAsStarted) {
