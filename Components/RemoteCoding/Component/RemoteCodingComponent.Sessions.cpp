@@ -129,9 +129,6 @@ Base::Result<void> RemoteCodingComponent::openLiveShare(const ShareFile& shareFi
 
 void RemoteCodingComponent::liveShareDidOpen(const std::shared_ptr<const Join>& join,
                                              const std::string& timelineVideoId) {
-    if (join->hasFailed) {
-        return;
-    }
     guarded(environment_, joinFunction, [&] {
         const auto user = environment_.account.user();
         if (!user) {
@@ -148,6 +145,9 @@ void RemoteCodingComponent::liveShareDidOpen(const std::shared_ptr<const Join>& 
 
 void RemoteCodingComponent::setUpJoinedSession(const Join& join, const std::string& timelineVideoId,
                                                const std::string& userId) {
+    if (join.hasFailed) {
+        return;
+    }
     guarded(environment_, joinFunction, [&] {
         const auto timelines = environment_.componentLocator.timelineComponent();
         const auto timeline = timelines ? timelines->getTimelineWithVideoId(timelineVideoId) : nullptr;
