@@ -17,7 +17,8 @@ public:
                             std::optional<std::string> recoverySuggestion = std::nullopt);
     ~DescribedError() override;
 
-    /// One sentence: what went wrong. Shown in log lines and as the message of an error alert.
+    /// One sentence: what went wrong. Shown in log lines, some of which put a full stop behind it, and as the message of an
+    /// error alert.
     [[nodiscard]] virtual std::string description() const;
 
     /// What the user can do about it, when there is something to say.

@@ -22,7 +22,8 @@ struct TevuUser {
 
 namespace TevuLoginConstants::Configuration {
 
-/// The window in which a sign-in runs is closed when the user cancels it.
+/// The window in which a sign-in runs is closed when the user cancels it. Absent: false. The controls of a window that stays
+/// open reappear after the flow, unchanged.
 inline constexpr const char* closeParentOnCancelKey = "closeParentOnCancel";
 
 }  // namespace TevuLoginConstants::Configuration
@@ -33,7 +34,7 @@ public:
     /// Shows the flow in the view and lets the user sign in. `configuration`: options by the keys of
     /// `TevuLoginConstants::Configuration`. The completion is called once, on any thread: with the first user who signs
     /// in, with none when the flow ends without one, or with an error. Closing the view's window ends the flow.
-    /// Called once; the coordinator is held by its maker until it completes.
+    /// Called once. The component holds the coordinator until it completes; the host need not.
     virtual void start(const std::shared_ptr<ViewProtocol>& inView,
                        const std::map<std::string, bool>& configuration,
                        Base::Completion<std::optional<TevuUser>> completion) = 0;

@@ -33,7 +33,8 @@ struct Alert {
     AlertStyle style;
 };
 
-/// Which button was pressed: 1000 for the first, 1001 for the second, and so on.
+/// Which button was pressed: 1000 for the first, 1001 for the second, and so on. Where the user can dismiss an alert without a
+/// button (Escape, the close box, quit): any number that is no button's, say 0; nothing is done then.
 using AlertResponse = std::int64_t;
 
 inline constexpr AlertResponse alertFirstButton = 1000;

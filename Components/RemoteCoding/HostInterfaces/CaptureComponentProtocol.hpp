@@ -38,7 +38,10 @@ class REMOTE_CODING_EXPORT CaptureComponentProtocol : public HostObject {
 public:
     [[nodiscard]] virtual bool isCapturing() = 0;
 
-    /// Starts publishing the capture of one device into the session, for the team. Has started when it returns a success.
+    /// Starts publishing the capture of one device into the session, for the team. Has started when it returns a success, or
+    /// will start: what fails later is told by `Notifications::streamStatusChanged`. `publishSession`: from the component's
+    /// own window a `PublishSession`, which has the credentials; otherwise what was passed to
+    /// `createNewRemoteCodingSession`, as it was passed.
     virtual Base::Result<void>
     captureToTevuLibraryWithPublishSession(std::shared_ptr<PublishSessionProtocol> publishSession,
                                            const std::string& teamId,

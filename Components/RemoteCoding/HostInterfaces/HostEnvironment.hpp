@@ -58,7 +58,8 @@ private:
 ///
 /// Several environments may live in one process, each with a component of its own (`RemoteCodingComponent::make`).
 ///
-/// Shutdown, in this order: end the sessions; run the main loop until what is posted has run and `tasks.count()` is 0, or
+/// Shutdown, in this order: close the component's windows, and those that show a sheet or a sign-in, whose tasks would not
+/// end otherwise; end the sessions; run the main loop until what is posted has run and `tasks.count()` is 0, or
 /// patience ends; stop the main loop and the background, and destroy the jobs that have not run; release the component
 /// (`uninstallHost` when it is the shared one); destroy the environment; destroy what it refers to.
 struct HostEnvironment {

@@ -57,7 +57,8 @@ namespace TimelineNotifications {
 inline constexpr const char* timelineDidAnyChange = "TimelineNotifications.timelineDidAnyChange";
 
 /// A timeline is being closed. Object: the `TimelineProtocol`. Posted while `timelineWith` still gives it, so that its last
-/// edits can be sent if nothing else of it is under way; the host forgets the timeline right after.
+/// edits can be sent if nothing else of it is under way; the host forgets the timeline right after. It ends a joined session,
+/// and a hosted one whose stream is over; a hosted session with a live stream goes on until it is ended.
 inline constexpr const char* timelineDidRemove = "TimelineNotifications.timelineDidRemove";
 
 /// A live share has come to its end. User info: "timelineId", a `std::string`.
@@ -68,7 +69,7 @@ inline constexpr const char* liveShareDidComplete = "TimelineNotifications.liveS
 /// Posted by the host's toolkit on the main thread.
 namespace WindowNotifications {
 
-/// A window is about to close. Object: the `WindowProtocol`.
+/// A window is about to close. Object: the `WindowProtocol`; for a window that `makeWindow` made, the very object that it gave.
 inline constexpr const char* windowWillClose = "WindowNotifications.windowWillClose";
 
 }  // namespace WindowNotifications

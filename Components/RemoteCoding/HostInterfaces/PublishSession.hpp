@@ -57,7 +57,8 @@ struct PublishSessionCredentials {
     std::int64_t expiresIn;  ///< seconds
 };
 
-/// An opened publish session, complete. Does not change; any thread.
+/// An opened publish session, complete. Does not change; any thread. What the component's own window passes to the capture is
+/// one of these: cast to it for the credentials.
 class REMOTE_CODING_EXPORT PublishSession final : public PublishSessionProtocol {
 public:
     PublishSession(std::string id, std::string primaryMediaStreamId, PublishSessionCredentials credentials,

@@ -50,17 +50,24 @@ public:
 
     /// Opens the live share and joins its session once its timeline is there, about three seconds after the host has
     /// opened it. A host learns of it by the session's first update notification.
+    ///
+    /// A join that fails is told to nobody: a failed `openLiveShareWithShareFiles` is logged; a completion without an id, a user
+    /// who is signed out by then and a timeline that is not found end it in silence. A host that shows progress has a time
+    /// limit of its own.
     virtual void joinRemoteCodingSession(const ShareFile& shareFile, const std::string& streamName,
                                          const std::string& tevuVideoId, const std::string& teamId,
                                          const std::optional<std::string>& taggingSessionId) = 0;
 
-    /// The live stream of the timeline's session is over. The session goes on while its timeline is open.
+    /// The live stream of the timeline's session is over for good. The session goes on while its timeline is open; without one
+    /// (`timelineWith` gives null) it ends. For a hosted session call it after the last `streamStatusChanged`: a later status
+    /// takes its place.
     virtual void streamEnded(const std::string& timelineId) = 0;
 
-    /// Ends the session that this user hosts, without asking.
+    /// Ends the session that this user hosts, without asking. The capture goes on: stop it yourself, only the prompt does that.
     virtual void endRemoteCodingSession(const std::string& timelineId) = 0;
 
-    /// Leaves the session that this user has joined, without asking.
+    /// Leaves the session that this user has joined, without asking. The live share goes on showing: stop it yourself, as the
+    /// prompt and the alert about a failed session do.
     virtual void exitRemoteCodingSession(const std::string& timelineId) = 0;
 
     /// Asks, in a sheet on the window, whether to end the hosted session. Returns at once. When the user confirms, the session
@@ -77,8 +84,8 @@ public:
                                                const std::string& timelineId) = 0;
 
     /// The manifest URL of the video: the playback URL of its first stream. Absent when it has none. Without a session on
-    /// the timeline it is absent too, and the service is not asked. What was found becomes the session's, which an update
-    /// tells.
+    /// the timeline it is absent too, and the service is not asked. When one was found an update notification follows; the URL
+    /// itself is only in this answer.
     ///
     /// Fails with a `TevuAPIError::Video` of the case `noStreams`, or with the client's own error. The component's errors are
     /// for the host's player and its log: their texts are English and suggest nothing to the user. The completion is called

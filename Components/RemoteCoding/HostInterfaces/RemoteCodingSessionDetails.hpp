@@ -12,7 +12,8 @@ namespace RemoteCoding {
 
 /// The state of a session.
 enum class RemoteCodingSessionStatus : std::uint8_t {
-    starting = 0,     ///< just created, or the host's own stream is starting
+    starting =
+        0,  ///< just created, or the host's own stream is starting; also a joined session until its stream is over
     live = 1,         ///< the host's own stream is live
     interrupted = 2,  ///< the host's own stream is in any other state
     unused = 3,       ///< never set

@@ -82,6 +82,11 @@ struct SharedVideo {
 };
 
 /// What the host opens to show somebody else's live video.
+///
+/// The component's own window fills it in so: `identifier` is a new UUID for each join, not the video's id in the cloud, which
+/// comes with the session (`RemoteCodingSessionDetails::tevuVideoId`). There is one stream, with that same identifier and the
+/// playback URL that was listed; no directory, no timelines. The id that `openLiveShareWithShareFiles` completes with may be
+/// that identifier.
 struct ShareFile {
     ShareFile() = default;
     ShareFile(SharedVideo video_, std::int64_t source_) : video(std::move(video_)), source(source_) {}

@@ -53,6 +53,8 @@ public:
     /// Forgets all cells and asks the window's owner for rows and cells again, now or when they are next shown. No row is
     /// selected afterwards: the one under that number may be another one now. When there was a selection, the owner is told
     /// (`tableViewSelectionDidChange`) in a later job of the main thread, posted by this call.
+    ///
+    /// May be called inside the action of one of its own cells: keep that cell alive until its action has returned.
     virtual void reloadData() = 0;
 
     /// -1 when no row is selected.

@@ -13,14 +13,15 @@ struct WindowLayoutColumn {
         text,      ///< a `TableCellViewProtocol` with a text field
     };
 
-    std::string identifier;
+    std::string identifier;      ///< what the owner is asked for cells with
     std::string title;           ///< the heading, in the user's language; may be empty
     std::string cellIdentifier;  ///< what `TableViewProtocol::makeView` is asked for
     Cell cell = Cell::text;
     std::string action;  ///< what a click on a check box performs; empty: nothing
 };
 
-/// One control, in the order in which a window shows them from top to bottom.
+/// One control, in the order in which a window shows them from top to bottom. With an outlet it has to be, by its kind, a
+/// `TextFieldProtocol`, `PopUpButtonProtocol`, `TableViewProtocol` or `ButtonProtocol`; a label any `ViewProtocol`.
 struct WindowLayoutControl {
     enum class Kind : std::uint8_t { label, textField, popUpButton, tableView, button };
 

@@ -27,11 +27,13 @@ public:
     [[nodiscard]] virtual std::vector<std::shared_ptr<WindowProtocol>> applicationWindows() = 0;
 
     /// Shows the alert in front of the whole application and returns when it is answered. The main thread is blocked
-    /// meanwhile: none of its posted jobs and timers runs, and no other window can be used. Time, and all other threads, go on.
+    /// meanwhile: none of its posted jobs and timers runs, nothing is notified, and no other window can be used; a loop of the
+    /// toolkit's own may turn to draw the alert. Time, and all other threads, go on. Dismissed without a button: any number
+    /// that is no button's.
     [[nodiscard]] virtual AlertResponse runModal(const Alert& alert) = 0;
 
     /// Shows the alert as a sheet on the window and returns at once. The completion is called on the main thread, never
-    /// inside this call, once the user has answered; with a failure when the window closes before that. A window shows one
+    /// inside this call, once the user has answered; with a failure when the window closes before that, or is closed already. A window shows one
     /// sheet at a time; another waits until the first is answered.
     virtual void beginSheet(const Alert& alert, const std::shared_ptr<WindowProtocol>& window,
                             Base::Completion<AlertResponse> completion) = 0;
