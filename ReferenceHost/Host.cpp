@@ -42,7 +42,8 @@ Host::Host(std::string name, ReportingExecution& execution, CloudService& servic
       notificationCenter_(name_, &trace),
       userDefaults_(callRecorder()),
       account_(std::make_shared<Account>(execution, callRecorder())),
-      windowing_(std::make_shared<HeadlessWindowing>(execution, notificationCenter_, name_, &trace)),
+      windowing_(std::make_shared<HeadlessWindowing>(execution, notificationCenter_, name_, &trace,
+                                                     options.languages)),
       timelines_(std::make_shared<TimelineComponent>(
           execution, notificationCenter_, *windowing_, [this] { return uuids_.makeUUID(); }, callRecorder())),
       capture_(

@@ -202,11 +202,13 @@ Of the match:
                       in UTF-8. Other columns are ignored. Without it: a small handball match that ships with
                       the program.
   --analysts N        how many analysts, 2 to 8 (default 3)
-  --speed X           match seconds per second, or "auto" (default): about 6 seconds for a small match, up to
-                      22 for a large one
+  --speed X           match seconds per second, or "auto" (default): a small match is coded in about 6 seconds,
+                      a large one in up to 22. Starting, joining, pauses and leaving come on top.
   --drop-link[=WHO]   the link of one analyst drops for some seconds in the middle; WHO is a name or a number
                       (default: the second analyst)
   --no-drop-link      nobody's link drops
+
+In the windows drawn: ( ) cannot be used now, < > chosen, > selected, ! cannot be undone.
 
 Exit status: 0 when all timelines are equal at the end and every scenario went as it should, 1 when not (with what
 was expected, or one line for each difference) or when the run failed, 2 when the options or the file cannot be used.

@@ -1,24 +1,28 @@
 #include "Apps/CodingDesk/SessionWords.hpp"
 
+#include "Apps/CodingDesk/Text.hpp"
+
 namespace CodingDesk {
 
-std::string inWords(const RemoteCoding::RemoteCodingSessionDetails& details) {
+std::string news(const std::string& analyst, const RemoteCoding::RemoteCodingSessionDetails& details) {
     using Status = RemoteCoding::RemoteCodingSessionStatus;
+    const std::string name = quoted(details.name);
+    const std::string ofSession = analyst + ": the session " + name;
     switch (details.status) {
     case Status::starting:
-        return details.isHost ? "is starting" : "is joined";
+        return details.isHost ? ofSession + " is starting." : analyst + " has joined " + name + '.';
     case Status::live:
-        return "is live";
+        return ofSession + " is live.";
     case Status::interrupted:
-        return "is interrupted";
+        return ofSession + " is interrupted.";
     case Status::streamEnded:
-        return "has lost its stream, the timeline stays shared";
+        return analyst + ": the stream of " + name + " is over; the timeline stays open.";
     case Status::ended:
-        return details.isHost ? "is over" : "is left";
+        return details.isHost ? ofSession + " is over." : analyst + " has left " + name + '.';
     case Status::unused:
         break;
     }
-    return "is in an unknown state";
+    return ofSession + " is in an unknown state.";
 }
 
 std::string inWords(const std::optional<RemoteCoding::SynchronisationStatus>& status) {

@@ -8,8 +8,9 @@
 
 namespace CodingDesk {
 
-/// What has become of the session, as an end of a sentence: "is live".
-[[nodiscard]] std::string inWords(const RemoteCoding::RemoteCodingSessionDetails& details);
+/// What has become of the analyst's session, as a sentence: "Ana: the session “Cup” is live."
+[[nodiscard]] std::string news(const std::string& analyst,
+                               const RemoteCoding::RemoteCodingSessionDetails& details);
 
 /// How far the synchronisation of a session's timeline has come, as an end of a sentence: "receives what the others change;
 /// everything is sent". Absent: there is no synchronisation.

@@ -74,9 +74,9 @@ void Workplace::sessionDidChange(const RemoteCoding::RemoteCodingSessionDetails&
         openTimeline(details);
     }
     // Updates may repeat what they told.
-    std::string told = "the session " + quoted(details.name) + ' ' + inWords(details) + '.';
+    std::string told = news(host_.name(), details);
     if (told != lastTold_) {
-        surroundings_.transcript.tell(host_.name() + ": " + told);
+        surroundings_.transcript.tell(told);
         lastTold_ = std::move(told);
     }
 }

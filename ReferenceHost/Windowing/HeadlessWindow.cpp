@@ -78,7 +78,7 @@ void HeadlessWindow::performClose(const std::shared_ptr<RemoteCoding::HostObject
     toolkit->hide(*this);
     isClosing_ = false;
     while (sheet() != nullptr) {
-        endSheet(Base::failure<AlertResponse>(Base::DescribedError("The window closed before an answer.")));
+        endSheet(Base::failure<AlertResponse>(Base::DescribedError("The window closed before an answer")));
     }
     for (const auto& held : std::exchange(signIns_, {})) {
         if (const auto signIn = held.lock()) {

@@ -3,7 +3,6 @@
 #include "Base/Error.hpp"
 
 #include <algorithm>
-#include <ctime>
 #include <utility>
 
 namespace ReferenceHost {
@@ -13,11 +12,13 @@ using RemoteCoding::AlertResponse;
 
 HeadlessWindowing::HeadlessWindowing(ReportingExecution& execution,
                                      RemoteCoding::NotificationCenterProtocol& notifications,
-                                     std::string host, Trace* trace)
+                                     std::string host, Trace* trace,
+                                     const std::vector<std::string>& languages)
     : execution_(execution),
       notifications_(notifications),
       host_(std::move(host)),
       trace_(trace),
+      dateLanguage_(dateLanguageOf(languages)),
       alerts_(execution, host_, trace) {}
 
 std::shared_ptr<RemoteCoding::WindowProtocol>
@@ -51,7 +52,7 @@ void HeadlessWindowing::beginSheet(const Alert& alert,
     }
     auto failure = faults.noSheets
                        ? Base::Result<AlertResponse>::failure(faults.noSheets)
-                       : Base::failure<AlertResponse>(Base::DescribedError("The window is closed."));
+                       : Base::failure<AlertResponse>(Base::DescribedError("The window is closed"));
     postToMain([completion = std::move(completion), failure = std::move(failure)] { completion(failure); });
 }
 
@@ -67,20 +68,7 @@ void HeadlessWindowing::beep() {
 std::string
 HeadlessWindowing::mediumDateShortTime(std::chrono::sys_time<std::chrono::microseconds> time) const {
     expectMainThread("mediumDateShortTime");
-    static constexpr const char* months[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                             "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-    const std::time_t seconds =
-        std::chrono::system_clock::to_time_t(std::chrono::floor<std::chrono::seconds>(time));
-    std::tm local{};
-    tzset();  // localtime_r need not notice a zone that has changed
-    if (localtime_r(&seconds, &local) == nullptr) {
-        return {};
-    }
-    const int hour = local.tm_hour % 12 == 0 ? 12 : local.tm_hour % 12;
-    const std::string minute = std::to_string(local.tm_min);
-    return std::string(months[local.tm_mon]) + ' ' + std::to_string(local.tm_mday) + ", " +
-           std::to_string(1900 + local.tm_year) + " at " + std::to_string(hour) + ':' +
-           (minute.size() < 2 ? "0" : "") + minute + (local.tm_hour < 12 ? " AM" : " PM");
+    return mediumDateText(time, dateLanguage_);
 }
 
 HeadlessWindowing::Window HeadlessWindowing::makePlainWindow(const std::string& title) {

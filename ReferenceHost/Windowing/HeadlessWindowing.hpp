@@ -3,6 +3,7 @@
 #include "Components/RemoteCoding/HostInterfaces/NotificationCenterProtocol.hpp"
 #include "Components/RemoteCoding/HostInterfaces/WindowingProtocol.hpp"
 #include "ReferenceHost/Execution/ReportingExecution.hpp"
+#include "ReferenceHost/Windowing/DateText.hpp"
 #include "ReferenceHost/Windowing/HeadlessWindow.hpp"
 #include "ReferenceHost/Windowing/ModalAlerts.hpp"
 
@@ -35,9 +36,10 @@ class HeadlessWindowing final : public RemoteCoding::WindowingProtocol,
 public:
     using Window = std::shared_ptr<HeadlessWindow>;
 
-    /// `trace` may be null. All must outlive the toolkit.
+    /// `trace` may be null. All must outlive the toolkit. `languages`: the user's, as `HostEnvironment::languages`.
     HeadlessWindowing(ReportingExecution& execution, RemoteCoding::NotificationCenterProtocol& notifications,
-                      std::string host = {}, Trace* trace = nullptr);
+                      std::string host = {}, Trace* trace = nullptr,
+                      const std::vector<std::string>& languages = {});
 
     // WindowingProtocol
     [[nodiscard]] std::shared_ptr<RemoteCoding::WindowProtocol>
@@ -54,7 +56,7 @@ public:
                     Base::Completion<RemoteCoding::AlertResponse> completion) override;
     void beep() override;
 
-    /// In English, whatever the user's language; in the time zone of the process.
+    /// In the first of the user's languages that is English or French, else in English; in the time zone of the process.
     [[nodiscard]] std::string
     mediumDateShortTime(std::chrono::sys_time<std::chrono::microseconds> time) const override;
 
@@ -85,6 +87,7 @@ private:
     RemoteCoding::NotificationCenterProtocol& notifications_;
     const std::string host_;
     Trace* const trace_;
+    const DateLanguage dateLanguage_;
     std::vector<Window> windows_;  // the visible ones, front to back
     ModalAlerts alerts_;
     std::size_t numberOfBeeps_ = 0;

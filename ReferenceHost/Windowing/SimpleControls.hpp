@@ -80,6 +80,9 @@ public:
 
     [[nodiscard]] const std::vector<RemoteCoding::PopUpItem>& items() const { return items_; }
 
+    /// 0 when there are no items.
+    [[nodiscard]] std::size_t selectedIndex() const { return selected_; }
+
 private:
     friend class WindowOnScreen;
 

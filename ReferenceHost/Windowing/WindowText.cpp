@@ -97,10 +97,15 @@ std::string popUpText(const PopUpButton& popUp) {
     if (!popUp.selectedItem()) {
         return popUp.isEnabled() ? "< >" : "( )";
     }
-    std::string text =
-        (popUp.isEnabled() ? "< " : "( ") + popUp.selectedItem()->title + (popUp.isEnabled() ? " >" : " )");
-    for (const RemoteCoding::PopUpItem& item : popUp.items()) {
-        text += item.title != popUp.selectedItem()->title ? "  " + item.title : std::string();
+    std::string text;
+    for (std::size_t index = 0; index < popUp.items().size(); ++index) {
+        const std::string& title = popUp.items()[index].title;
+        text += index == 0 ? "" : "  ";
+        if (index != popUp.selectedIndex()) {
+            text += title;
+        } else {
+            text += popUp.isEnabled() ? "< " + title + " >" : "( " + title + " )";
+        }
     }
     return text;
 }

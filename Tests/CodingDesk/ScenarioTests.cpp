@@ -22,22 +22,25 @@ TEST(ScenarioTests, EachGoesAsItShouldTellsWhatTheAnalystsSeeAndRepeatsToTheLett
          {"| Capture Not Started\n", "[ Open Capture Window ]  [ Cancel ]",
           "beeps; the field now reads “Cup semi", "one session at a time."}},
         {"guest-leaves",
-         {"> Cup semi-final, live  May ", "Chloé presses “Annuler”.",
-          "Chloé presses “Quitter la session”.", "Chloé: the session “Cup semi-final, live” is left.",
-          "Ana has Björn's new shot and not Chloé's;"}},
+         {"Handball Under 19  < Handball Women >", "> Cup semi-final, live  May ",
+          "Björn has joined “Cup semi-final, live”.", "> Cup semi-final, live  16 mai 2026 à 1",
+          "Chloé presses “Annuler”.", "Chloé presses “Quitter la session”.",
+          "Chloé has left “Cup semi-final, live”.", "Ana has Björn's new shot and not Chloé's;"}},
         {"host-ends",
-         {"has lost its stream", "everybody has both shots.", "no longer be able to share data. You can",
-          "Ana presses “End Session”.", "for her the session is over.", "Chloé closes the window"}},
+         {"the stream of “Cup semi-final, live” is over;", "everybody has both shots.",
+          "no longer be able to share data. You can", "Ana presses “End Session”.",
+          "for her the session is over.", "Chloé closes the window"}},
         {"failing-stream",
          {"so Björn is told nothing.", "is interrupted.", "| Unable to Load Session\n",
           "Björn presses “Quit Session”."}},
         {"sign-in-expires",
          {"Nobody is signed in on Björn's computer.", "[ Sign In ]  [ Cancel ]", "Björn cancels the sign-in.",
-          "The window closes.", "Björn signs in as “bjorn@club.example”.", "Ana has his shot."}},
+          "Björn's window closes.", "Björn signs in as “bjorn@club.example”.", "Ana has his shot."}},
         {"network-down",
          {"| Unable to Fetch Teams List\n", "( Create Session )", "| Unable to Create Session\n",
-          "Ana presses “Retry”.", "There is no session.", "error “Unable to create tagging session”",
-          "unsent.", "tries to reconnect, attempt", "Björn has Ana's shot."}}};
+          "Ana presses “Retry”.", "There is no session.", "made no session for",
+          "error “Unable to create tagging session”", "unsent.", "tries to reconnect, attempt",
+          "Björn has Ana's shot."}}};
     for (const auto& [name, about, play] : scenarios()) {
         SCOPED_TRACE(name);
         std::ostringstream out, again, errors;

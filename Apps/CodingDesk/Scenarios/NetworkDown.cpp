@@ -55,11 +55,11 @@ void notCreated(Stage& stage, VirtualSeat& ana) {
 
 /// The network is back for the one moment in which the session is created.
 void hostWithoutSynchronisation(Stage& stage, VirtualSeat& ana) {
-    const std::size_t from = stage.world().trace.size();
     willAnswer(ana, AlertMessages::notCreated, ana.titles().retry, [&] { switchLink(stage, ana, true); });
     createWithoutNetwork(stage, ana);
     ana.waitUntil("there was a session",
                   [](Workplace& workplace) { return workplace.session().has_value(); });
+    const std::size_t from = stage.world().trace.size();
     switchLink(stage, ana, false);
     tag(stage, ana, 12);
     stage.expectErrorLine(ana, "Unable to create tagging session");

@@ -42,7 +42,7 @@ void tellLog(Stage& stage, const VirtualSeat& seat, std::size_t from);
 /// The alert or sheet that the analyst saw last had this message.
 void expectLastMessage(Stage& stage, VirtualSeat& seat, const std::string& message);
 
-/// The session of the analyst is in this state; in the words of `inWords`.
-void expectSession(Stage& stage, VirtualSeat& seat, const std::string& state);
+/// The analyst is in the session still, and its stream flows.
+void expectSessionGoesOn(Stage& stage, VirtualSeat& seat);
 
 }  // namespace CodingDesk::Scenarios

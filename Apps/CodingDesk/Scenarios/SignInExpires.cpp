@@ -11,7 +11,7 @@ void cancelSignIn(Stage& stage, VirtualSeat& seat, const std::string& window) {
     });
     const auto isClosed = [&] { return !seat.workplace().person().sees(window); };
     stage.expect(isClosed(), "a cancelled sign-in closes the window");
-    stage.tell("The window closes.");
+    stage.tell(seat.name() + "'s window closes.");
     stage.pass(std::chrono::seconds(5));
     stage.expect(isClosed(), "the window stays closed");
 }
@@ -44,7 +44,7 @@ void signInExpires(Stage& stage) {
 
     stage.tell("Björn takes a break.");
     stage.pass(std::chrono::hours(1));
-    stage.tell("Meanwhile his sign-in has expired. He asks for the window again.");
+    stage.tell("Meanwhile his sign-in has expired.");
     stage.world().cloud.teams().expireSignIn(bjorn.workplace().userId());
     SessionWindows::openJoinSession(bjorn);
     SessionWindows::waitForSignIn(bjorn, window);
