@@ -10,7 +10,7 @@ namespace {
 
 template <typename Value>
 Base::Result<Value> noSuchSession() {
-    return Base::failure<Value>(Base::DescribedError("The tagging session does not exist."));
+    return Base::failure<Value>(Base::DescribedError("The tagging session does not exist"));
 }
 
 }  // namespace

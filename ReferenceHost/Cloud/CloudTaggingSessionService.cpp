@@ -59,7 +59,7 @@ std::optional<std::vector<MomentDraft>> draftsOf(const RemoteCoding::InstanceLis
 template <typename Value>
 Base::Result<Value> unreadable() {
     return Base::failure<Value>(
-        Base::DescribedError("A clip of another kind of timeline cannot be written to the cloud."));
+        Base::DescribedError("A clip of another kind of timeline cannot be written to the cloud"));
 }
 
 bool isAnsweredFalse(const Fault& fault) { return fault.kind == Fault::Kind::answerFalse; }

@@ -38,7 +38,7 @@ Base::Result<void> CaptureComponent::captureToTevuLibraryWithPublishSession(
         return Base::Result<void>::failure(refusal);
     }
     if (!isCapturing_) {
-        return Base::failure<void>(Base::DescribedError("Nothing is captured.", "Start the capture first."));
+        return Base::failure<void>(Base::DescribedError("Nothing is captured", "Start the capture first."));
     }
     if (publication_) {
         tell(*publication_, StreamingStatus::stopped);  // nothing comes into its video any more

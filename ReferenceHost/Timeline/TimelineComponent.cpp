@@ -50,7 +50,7 @@ Base::Result<void> TimelineComponent::openLiveShareWithShareFiles(
         return Base::Result<void>::failure(liveShares.refusal);
     }
     if (shareFiles.empty()) {
-        return Base::failure<void>(Base::DescribedError("There is no file to open."));
+        return Base::failure<void>(Base::DescribedError("There is no file to open"));
     }
 
     const auto& title = shareFiles.front().video.name;

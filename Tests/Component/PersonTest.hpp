@@ -66,7 +66,7 @@ protected:
     [[nodiscard]] auto calls(const char* name) const {
         return std::ranges::count(traced(TraceKind::call, "name"), name);
     }
-    static constexpr const char* requestFailed = "The cloud service could not carry out the request..";
+    static constexpr const char* requestFailed = "The cloud service could not carry out the request.";
     ReferenceHost::Person& ann_ = host_.person();
 };
 

@@ -59,7 +59,7 @@ TEST_F(SubscriptionTest, AfterAFailureItCatchesUpInBothDirectionsAndSubscribesAg
     settle();
     Strings lines = log(ben());
     lines.resize(6);
-    EXPECT_EQ(lines, Strings({broken + "The connection to the cloud service was lost.", disconnected,
+    EXPECT_EQ(lines, Strings({broken + "The connection to the cloud service was lost", disconnected,
                               attemptLine + "1", "info Uploading all local timeline updates",
                               "info Syncing remote tagging session to the local timeline",
                               "info Subscribing to tagging session updates. TeamId=team, VideoId=video, "
@@ -161,7 +161,7 @@ TEST_F(SubscriptionTest, ASubscriptionThatCannotBeOpenedIsTreatedAsOneThatFailed
     ben().client().dropSubscriptions();
     settle();
     EXPECT_EQ(complaints(ben()),
-              Strings({broken + "The connection to the cloud service was lost.", disconnected,
+              Strings({broken + "The connection to the cloud service was lost", disconnected,
                        broken + requestFailed, disconnected, broken + "no such luck", disconnected}));
     EXPECT_EQ(logCount(ben(), attemptLine + "1"), 3);
     EXPECT_TRUE(ben().status().receivesChanges);

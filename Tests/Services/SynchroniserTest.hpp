@@ -24,7 +24,7 @@ using Kind = ReferenceHost::Fault::Kind;
 using Type = TaggingSessionChangeType;
 using TaggingSessionMoments = std::vector<std::shared_ptr<const MomentItem>>;
 
-inline const std::string requestFailed = "The cloud service could not carry out the request.";
+inline const std::string requestFailed = "The cloud service could not carry out the request";
 
 /// One analyst with one timeline and, once started, its synchroniser.
 struct Analyst {
