@@ -39,7 +39,12 @@ TEST_F(JoinSessionWindowTest, ListsTheFirstTeamsSessionsAndJoinsTheSelectedOne) 
         const auto details = component_->sessionDetails(timeline->uniqueId()).value();
         EXPECT_EQ(details.name + details.tevuVideoId, "Cup finalcup");
         EXPECT_THAT(details.streams, ElementsAre(LiveStreamingVideoStream(stream)));
-        cup_.streams->front().name ? cup_.streams->front().name.reset() : cup_.streams->clear();
+        // Next a stream without a name, then no stream.
+        if (auto& streams = *cup_.streams; !streams.empty() && streams.front().name) {
+            streams.front().name.reset();
+        } else {
+            streams.clear();
+        }
         cup_.createdAt = service_.videos().find("cup")->createdAt;
         service_.videos().add(cup_);
     }
