@@ -3,9 +3,8 @@
 #include "Components/RemoteCoding/Component/RemoteCodingComponent.hpp"
 
 #include "Base/Error.hpp"
-#include "Base/TaskScope.hpp"
 #include "Components/RemoteCoding/HostInterfaces/TevuAPIError.hpp"
-#include "Components/RemoteCoding/Models/HostCalls.hpp"
+#include "Components/RemoteCoding/Models/MainThreadTask.hpp"
 #include "Components/RemoteCoding/Models/RemoteCodingSession.hpp"
 #include "Components/RemoteCoding/Services/VideoRequest.hpp"
 
@@ -104,14 +103,7 @@ Base::Task<void> fetchVideo(HostEnvironment* environment, std::shared_ptr<TevuRe
 /// loses the handler, and the completion in it, without a call.
 void startFetching(HostEnvironment& environment, const std::shared_ptr<TevuRemoteCodingService>& service,
                    const std::string& videoId, std::string_view function, VideoHandler handler) {
-    guarded(environment, function, [&] {
-        environment.tasks.scope().start(environment.execution, Base::Home::mainThread,
-                                        fetchVideo(&environment, service, videoId, std::move(handler)),
-                                        [&environment, function](const std::exception_ptr& error) {
-                                            logError(environment.logManager, "The host failed unexpectedly",
-                                                     Base::describe(error), function);
-                                        });
-    });
+    startOnMainThread(environment, function, fetchVideo(&environment, service, videoId, std::move(handler)));
 }
 
 }  // namespace

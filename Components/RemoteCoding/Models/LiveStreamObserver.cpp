@@ -2,10 +2,9 @@
 
 #include "Base/Error.hpp"
 #include "Base/MainThreadDeleter.hpp"
-#include "Base/TaskScope.hpp"
 #include "Components/RemoteCoding/Models/ErrorLog.hpp"
-#include "Components/RemoteCoding/Models/HostCalls.hpp"
 #include "Components/RemoteCoding/Models/Limits.hpp"
+#include "Components/RemoteCoding/Models/MainThreadTask.hpp"
 #include "Components/RemoteCoding/Services/VideoRequest.hpp"
 
 #include <utility>
@@ -15,7 +14,6 @@ namespace RemoteCoding {
 namespace {
 
 constexpr std::string_view startFunction = "startFragmentTimer(timeInterval:)";
-constexpr std::string_view firedFunction = "fragmentTimerFired()";
 constexpr std::string_view checkFunction = "checkSessionStatus()";
 
 }  // namespace
@@ -109,17 +107,7 @@ void LiveStreamObserver::invalidateFragmentTimer() {
 void LiveStreamObserver::fragmentTimerFired() {
     fragmentDownloadTimer_ = nullptr;
     hasReceivedFragment_ = false;
-    bool isStarted = false;
-    guarded(environment_, firedFunction, [&] {
-        environment_.tasks.scope().start(environment_.execution, Base::Home::mainThread,
-                                         checkSessionStatus(shared_from_this()),
-                                         [&environment = environment_](const std::exception_ptr& error) {
-                                             logError(environment.logManager, "The host failed unexpectedly",
-                                                      Base::describe(error), checkFunction);
-                                         });
-        isStarted = true;
-    });
-    if (!isStarted) {
+    if (!startOnMainThread(environment_, checkFunction, checkSessionStatus(shared_from_this()))) {
         // A check that could not begin must not be the last one.
         startFragmentTimer(Limits::fragmentDownloadedTimeInterval);
     }
