@@ -1,0 +1,12 @@
+#pragma once
+
+#include "Apps/Simulator/Finding.hpp"
+#include "Apps/Simulator/Record.hpp"
+
+namespace Simulator {
+
+/// What must hold in every run, whatever the faults: the order and the exclusion of blocks, the order of calls in an upload, the
+/// counts, threads, the cloud's contents, idleness. Gives what does not hold.
+[[nodiscard]] Findings checkConformance(const Record& record);
+
+}  // namespace Simulator

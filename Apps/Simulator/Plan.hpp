@@ -1,0 +1,105 @@
+#pragma once
+
+#include "Base/ExecutionProtocol.hpp"
+
+#include <cstddef>
+#include <cstdint>
+#include <iosfwd>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Simulator {
+
+/// What can happen in a step. The names below are those of plan files, of the trace and of the counts.
+enum class Action : std::uint8_t {
+    // A user's edits of the timeline that the analyst codes.
+    tag,         ///< a new clip; `object`: the row
+    tagNewCode,  ///< a new clip on a row with a name from a small common list, made when it is not there
+    retime,      ///< `object`: the clip, among all on the timeline
+    retimeShared,  ///< the same, but everybody who takes this action at about the same time means the same moment
+    note,          ///< writes notes
+    deleteClip,
+    undoDelete,  ///< of the clip that this analyst deleted last and has not restored
+    addRow,
+    renameRow,          ///< to a name that nobody has used
+    renameRowToCommon,  ///< to a name from the small common list: others may do the same
+    recolorRow,
+    moveRow,
+    removeRow,
+    undoRemoveRow,
+
+    // Sessions.
+    closeTimeline,  ///< the analyst closes the timeline's window
+    leave,          ///< a guest leaves, or the host ends the session
+    join,  ///< an analyst who is in no session joins the host's again (with the old timeline open, `object` odd)
+    host,  ///< an analyst who was host and is no more publishes again
+
+    // Faults of one analyst's calls: the next call of one operation.
+    failBefore,  ///< `object`: the operation
+    failAfter,
+    hang,  ///< it takes `amount` seconds longer, up to half a minute
+    answerFalse,
+    answerShort,
+
+    // Faults of the way.
+    dropSubscription,
+    repeatEvents,    ///< each of the next few events comes twice
+    delayEvents,     ///< each of the next few events comes `amount` seconds late
+    linkDown,        ///< for `amount` seconds, up to fifteen minutes
+    restartService,  ///< every analyst's calls and subscriptions break, and fail for `amount` seconds
+
+    // Faults of a host.
+    withdrawCodingTarget,  ///< for `amount` seconds
+    insertionsComeLater,   ///< the coding target's callbacks come as jobs of their own, for `amount` seconds
+
+    // The stream.
+    streamBreaks,           ///< the host's stream is interrupted for `amount` seconds
+    streamFails,            ///< the video's status becomes "Error" while no fragments come
+    downloadPauses,         ///< the player of a guest pauses, without an error
+    downloadPausesFailing,  ///< the same, with an error
+    downloadFails,
+};
+
+[[nodiscard]] const char* nameOf(Action action);
+
+/// One step. It names objects by a number that is taken modulo how many there are when it runs, so that every part of a plan is a
+/// plan. A step that finds nothing to do is passed over.
+struct Step {
+    Base::Seconds at{};       ///< since the start of the run, never falling within a plan
+    std::size_t analyst = 0;  ///< modulo the number of analysts
+    Action action = Action::tag;
+    std::uint32_t object = 0;
+    std::uint32_t other = 0;  ///< a second choice: a colour, a target, a name
+    double amount = 0;        ///< seconds
+
+    friend bool operator==(const Step&, const Step&) = default;
+};
+
+/// Everything that a run follows from.
+struct Plan {
+    std::uint64_t seed = 1;                ///< of the order of jobs, of latencies and of identifiers
+    std::size_t analysts = 2;              ///< 2 to 8; the first one hosts
+    std::vector<std::string> brokenRules;  ///< of the host contract, by name; none by default
+    std::vector<Step> steps;
+
+    friend bool operator==(const Plan&, const Plan&) = default;
+};
+
+struct PlanOptions {
+    std::size_t operations = 200;
+    std::size_t analysts = 0;  ///< 0: drawn, 2 to 8
+    bool faults = true;
+    std::vector<std::string> brokenRules;
+};
+
+/// Draws the plan that belongs to this seed.
+[[nodiscard]] Plan makePlan(std::uint64_t seed, const PlanOptions& options);
+
+/// A plan as text: one line a step, comments begin with '#'. What is written is read back as the same plan.
+void write(std::ostream& stream, const Plan& plan);
+
+/// Throws `std::runtime_error` with the line's number when the text is no plan.
+[[nodiscard]] Plan readPlan(std::istream& stream);
+
+}  // namespace Simulator
