@@ -40,9 +40,12 @@ inline constexpr const char* logInfo = "log.info";
 inline constexpr const char* logWarn = "log.warn";
 inline constexpr const char* logError = "log.error";
 inline constexpr const char* logUsage = "log.usage";
-inline constexpr const char* blockStart = "block.start";   ///< fields "timelineId", "number", "kind"
-inline constexpr const char* blockEnd = "block.end";       ///< fields "timelineId", "number"
-inline constexpr const char* count = "count";              ///< fields "timelineId", "old", "new", "reason"
+inline constexpr const char* blockStart = "block.start";  ///< fields "timelineId", "number", "kind"
+inline constexpr const char* blockEnd = "block.end";      ///< fields "timelineId", "number"
+inline constexpr const char* count = "count";             ///< fields "timelineId", "old", "new", "reason"
+inline constexpr const char* uploadStart =
+    "upload.start";  ///< fields "timelineId", "number", "first", "last": modify counts
+inline constexpr const char* uploadEnd = "upload.end";     ///< fields "timelineId", "number", "succeeded"
 inline constexpr const char* wrongThread = "wrongThread";  ///< fields "file", "function", "line", "expected"
 inline constexpr const char* notification = "notification";  ///< field "name", and what it is about
 inline constexpr const char* alert = "alert";  ///< is shown: "style", "message", "text", "buttons"
@@ -81,6 +84,9 @@ public:
     [[nodiscard]] std::vector<TraceEntry> entries(std::string_view host, std::string_view kind) const;
 
     void clear();
+
+    /// All entries, which are not in the trace any more.
+    [[nodiscard]] std::vector<TraceEntry> take();
 
     /// One line an entry; a line feed, quote or backslash within a value is written as an escape.
     void write(std::ostream& stream) const;

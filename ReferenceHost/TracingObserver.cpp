@@ -43,4 +43,20 @@ void TracingObserver::lastModifyCountDidChange(const std::string& timelineId, st
                    {"reason", reason == ModifyCountReason::uploaded ? "uploaded" : "applied"}});
 }
 
+void TracingObserver::uploadDidStart(const std::string& timelineId, std::uint64_t number,
+                                     std::int64_t firstModifyCount, std::int64_t lastModifyCount) {
+    trace_.record(host_, TraceKind::uploadStart,
+                  {{"timelineId", timelineId},
+                   {"number", std::to_string(number)},
+                   {"first", std::to_string(firstModifyCount)},
+                   {"last", std::to_string(lastModifyCount)}});
+}
+
+void TracingObserver::uploadDidEnd(const std::string& timelineId, std::uint64_t number, bool succeeded) {
+    trace_.record(host_, TraceKind::uploadEnd,
+                  {{"timelineId", timelineId},
+                   {"number", std::to_string(number)},
+                   {"succeeded", succeeded ? "true" : "false"}});
+}
+
 }  // namespace ReferenceHost

@@ -20,6 +20,9 @@ public:
     void blockDidEnd(const std::string& timelineId, std::uint64_t number) override;
     void lastModifyCountDidChange(const std::string& timelineId, std::int64_t oldCount, std::int64_t newCount,
                                   RemoteCoding::ModifyCountReason reason) override;
+    void uploadDidStart(const std::string& timelineId, std::uint64_t number, std::int64_t firstModifyCount,
+                        std::int64_t lastModifyCount) override;
+    void uploadDidEnd(const std::string& timelineId, std::uint64_t number, bool succeeded) override;
 
 private:
     std::string host_;

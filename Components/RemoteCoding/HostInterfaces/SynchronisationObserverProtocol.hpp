@@ -33,6 +33,23 @@ public:
 
     virtual void lastModifyCountDidChange(const std::string& timelineId, std::int64_t oldCount,
                                           std::int64_t newCount, ModifyCountReason reason) = 0;
+
+    /// Upload `number` (1 for the first of this synchroniser) has found something to send: the changes of these modify counts,
+    /// both included. Uploads that remote changes started overlap with others.
+    virtual void uploadDidStart(const std::string& timelineId, std::uint64_t number,
+                                std::int64_t firstModifyCount, std::int64_t lastModifyCount) {
+        static_cast<void>(timelineId);
+        static_cast<void>(number);
+        static_cast<void>(firstModifyCount);
+        static_cast<void>(lastModifyCount);
+    }
+
+    /// Upload `number` has ended. When it has not succeeded, what its failed step and the steps behind it were to send is not sent.
+    virtual void uploadDidEnd(const std::string& timelineId, std::uint64_t number, bool succeeded) {
+        static_cast<void>(timelineId);
+        static_cast<void>(number);
+        static_cast<void>(succeeded);
+    }
 };
 
 }  // namespace RemoteCoding

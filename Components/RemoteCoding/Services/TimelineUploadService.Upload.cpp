@@ -57,19 +57,22 @@ struct TimelineUploadService::ChangeSet {
     std::vector<std::string> deletedRowIds;
     std::int64_t firstModifyCount = 0;
     std::int64_t lastModifyCount = 0;
+    std::uint64_t number = 0;  ///< of the upload, from 1 on
 };
 
 void TimelineUploadService::updateTaggingSession(SuccessCompletion completion) {
     checkIsMainThread(updateFunction);
-    std::shared_ptr<const ChangeSet> changes;
     bool succeeded = true;
     try {
-        changes = findLocalChanges();
-        if (changes) {
+        if (const auto changes = findLocalChanges()) {
             environment_.logManager.logInfo("Uploading all local timeline updates");
             startTask(Base::Home::background, upload(shared_from_this(), changes, completion),
                       updateFunction);
             unsentEdits_.uploadStarts({changes->firstModifyCount, changes->lastModifyCount});
+            if (auto* const observer = environment_.synchronisationObserver) {
+                observer->uploadDidStart(timelineId_, changes->number, changes->firstModifyCount,
+                                         changes->lastModifyCount);
+            }
             return;
         }
     } catch (...) {
@@ -115,6 +118,7 @@ std::shared_ptr<const TimelineUploadService::ChangeSet> TimelineUploadService::f
     changes->deletedMomentIds = deletedMomentIdsFromTimeline(*changes->partialTimeline);
     changes->deletedRowIds = deletedRowIdsFromTimeline(*changes->partialTimeline);
     changes->lastModifyCount = changes->partialTimeline->modifyCount();
+    changes->number = ++uploads_;
     return changes;
 }
 
@@ -158,6 +162,9 @@ TimelineUploadService::uploadChanges(std::shared_ptr<const ChangeSet> changes) {
 void TimelineUploadService::finishUpload(const ChangeSet& changes, bool uploaded,
                                          const SuccessCompletion& completion) {
     unsentEdits_.uploadEnds({changes.firstModifyCount, changes.lastModifyCount}, uploaded);
+    if (auto* const observer = environment_.synchronisationObserver) {
+        observer->uploadDidEnd(timelineId_, changes.number, uploaded);
+    }
     if (uploaded) {
         setLastModifyCount(changes.lastModifyCount, ModifyCountReason::uploaded);
     }

@@ -258,6 +258,7 @@ private:
     std::atomic<int> backgroundStarts_ =
         0;  ///< tagging sessions being created and subscriptions being opened
     std::int64_t reconnectionAttempt_ = 0;
+    std::uint64_t uploads_ = 0;  ///< that have started; for the observer only
 };
 
 }  // namespace RemoteCoding
