@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <ostream>
 #include <sstream>
+#include <utility>
 
 namespace ReferenceHost {
 
@@ -72,6 +73,11 @@ std::vector<TraceEntry> Trace::entries(std::string_view host, std::string_view k
 void Trace::clear() {
     const std::lock_guard lock(mutex_);
     entries_.clear();
+}
+
+std::vector<TraceEntry> Trace::take() {
+    const std::lock_guard lock(mutex_);
+    return std::exchange(entries_, {});
 }
 
 void Trace::write(std::ostream& stream) const {

@@ -19,7 +19,9 @@ enum class Action : std::uint8_t {
     retime,      ///< `object`: the clip, among all on the timeline
     retimeShared,  ///< the same, but everybody who takes this action at about the same time means the same moment
     note,          ///< writes notes
+    noteShared,
     deleteClip,
+    deleteShared,
     undoDelete,  ///< of the clip that this analyst deleted last and has not restored
     addRow,
     renameRow,          ///< to a name that nobody has used
@@ -61,7 +63,15 @@ enum class Action : std::uint8_t {
     downloadFails,
 };
 
+inline constexpr Action lastAction = Action::downloadFails;
+
 [[nodiscard]] const char* nameOf(Action action);
+
+/// All of them, in the order above.
+[[nodiscard]] const std::vector<Action>& allActions();
+
+/// The rules of the host contract that a plan can break, by the names of the members of `CloudRules` and `TimelineRules`.
+[[nodiscard]] std::vector<std::string> allRules();
 
 /// One step. It names objects by a number that is taken modulo how many there are when it runs, so that every part of a plan is a
 /// plan. A step that finds nothing to do is passed over.

@@ -26,6 +26,8 @@ struct Stay {
     std::size_t from = 0;  ///< index into the trace
     std::size_t to = 0;    ///< index behind its last entry
     bool lasts = false;    ///< the analyst is still in the session when the end is looked at
+    bool isClosed =
+        false;  ///< its timeline's window is; a hosted session with a live stream goes on without it
 
     /// When the end is looked at; for a stay that is over, when it ended.
     TimelinePicture picture;
