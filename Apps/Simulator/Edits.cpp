@@ -38,6 +38,7 @@ TraceFields clipFields(const TimelineInstance& clip) {
     return {{"row", row ? row->uniqueId() : std::string()},
             {"name", row ? row->name() : std::string()},
             {"clip", clip.uniqueId()},
+            {"moment", clip.externalId().value_or(std::string())},
             {"start", textOf(values.startTime)},
             {"end", textOf(values.endTime)},
             {"notes", values.notes}};
@@ -248,7 +249,10 @@ Deed Edits::removeRow(const Step& step) {
     return doing([this, row, step] {
         if (timeline_->removeRow(row->uniqueId())) {
             removedRows_.push_back({timeline_->uniqueId(), row->uniqueId()});
-            record(step.action, {{"row", row->uniqueId()}, {"name", row->name()}, {"clips", clipsOf(*row)}});
+            record(step.action, {{"row", row->uniqueId()},
+                                 {"name", row->name()},
+                                 {"clips", clipsOf(*row)},
+                                 {"moments", momentsOf(*row)}});
         }
     });
 }
@@ -265,6 +269,7 @@ Deed Edits::undoRemoveRow(const Step& step) {
             record(step.action, {{"row", rowId},
                                  {"name", row->name()},
                                  {"clips", clipsOf(*row)},
+                                 {"moments", momentsOf(*row)},
                                  {"to", std::to_string(row->rowNum())}});
         }
     });
@@ -322,6 +327,16 @@ std::string Edits::clipsOf(const TimelineRow& row) {
     const auto instances = row.allInstances();
     for (const auto& instance : *instances) {
         ids += (ids.empty() ? "" : ",") + instance->uniqueId();
+    }
+    return ids;
+}
+
+/// As many as clips; an empty one where a clip stands for no moment.
+std::string Edits::momentsOf(const TimelineRow& row) {
+    std::string ids;
+    const auto instances = row.allInstances();
+    for (const auto& instance : *instances) {
+        ids += (instance == instances->front() ? "" : ",") + instance->externalId().value_or(std::string());
     }
     return ids;
 }

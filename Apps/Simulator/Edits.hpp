@@ -58,6 +58,7 @@ private:
     [[nodiscard]] ClipPointer clipNumber(std::uint32_t object) const;
     [[nodiscard]] ClipPointer clipOfMoment(std::uint32_t object) const;
     [[nodiscard]] static std::string clipsOf(const ReferenceHost::TimelineRow& row);
+    [[nodiscard]] static std::string momentsOf(const ReferenceHost::TimelineRow& row);
 
     void record(Action what, ReferenceHost::TraceFields fields);
 

@@ -47,7 +47,8 @@ namespace SimulatedKind {
 inline constexpr const char* step = "step";
 /// A user's edit has changed a timeline. Fields "timelineId", "what" (the action's name), "count" (the timeline's modify count
 /// afterwards), and where it has them "row" (id), "name", "oldName", "clip" (instance id), "start", "end", "notes", "color", "to".
-/// The removal of a row lists its clips in "clips", separated by commas; so does the undo of it.
+/// Edits of clips tell all their values as they are afterwards, and in "moment" the moment that the clip stands for, if one is known.
+/// The removal of a row lists its clips in "clips", separated by commas, and their moments in "moments"; so does the undo of it.
 inline constexpr const char* edit = "edit";
 /// A fault begins or ends. Fields "what" (the action's name), "state" ("begins", "ends") and its own.
 inline constexpr const char* fault = "fault";
