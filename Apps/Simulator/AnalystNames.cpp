@@ -10,11 +10,12 @@ namespace Simulator {
 namespace {
 
 constexpr std::array<std::string_view, 8> names{"Ann", "Ben", "Cleo", "Dan", "Eve", "Finn", "Gus", "Hana"};
+constexpr std::string_view others = "Analyst";
 
 }  // namespace
 
 std::string analystName(std::size_t index) {
-    return index < names.size() ? std::string(names[index]) : '#' + std::to_string(index);
+    return index < names.size() ? std::string(names[index]) : std::string(others) + std::to_string(index + 1);
 }
 
 std::optional<std::size_t> analystNamed(std::string_view name) {
@@ -22,13 +23,13 @@ std::optional<std::size_t> analystNamed(std::string_view name) {
     if (found != names.end()) {
         return static_cast<std::size_t>(found - names.begin());
     }
-    std::size_t index = 0;
-    if (!name.starts_with('#')) {
+    if (!name.starts_with(others)) {
         return std::nullopt;
     }
-    const auto [end, error] = std::from_chars(name.data() + 1, name.data() + name.size(), index);
+    std::size_t number = 0;
+    const auto [end, error] = std::from_chars(name.data() + others.size(), name.data() + name.size(), number);
     const bool isWhole = error == std::errc{} && end == name.data() + name.size();
-    return isWhole && index >= names.size() ? std::optional(index) : std::nullopt;
+    return isWhole && number > names.size() ? std::optional(number - 1) : std::nullopt;
 }
 
 }  // namespace Simulator

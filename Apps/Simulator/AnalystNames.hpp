@@ -7,7 +7,7 @@
 
 namespace Simulator {
 
-/// What analyst number `index` is called in traces, plans and findings: the first eight have names, later ones "#8", "#9", …
+/// What analyst number `index` is called in traces, plans and findings: the first eight have names, later ones "Analyst9", …
 [[nodiscard]] std::string analystName(std::size_t index);
 
 /// The number behind a name; none when nobody is called that.
