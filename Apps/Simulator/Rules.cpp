@@ -26,6 +26,7 @@ constexpr std::array cloudRules{
     NamedRule<CloudRules>("createSessionGivesPrimary", &CloudRules::createSessionGivesPrimary),
     NamedRule<CloudRules>("unknownIdsAreIgnored", &CloudRules::unknownIdsAreIgnored),
     NamedRule<CloudRules>("ownMomentsRecognised", &CloudRules::ownMomentsRecognised),
+    NamedRule<CloudRules>("knownMomentsRecognised", &CloudRules::knownMomentsRecognised),
     NamedRule<CloudRules>("missingRowIsMade", &CloudRules::missingRowIsMade),
     NamedRule<CloudRules>("writesAreRepeatedOverShortDrops", &CloudRules::writesAreRepeatedOverShortDrops),
 };

@@ -23,25 +23,51 @@ CloudMomentItem::appendToTimeline(const std::shared_ptr<RemoteCoding::TimelinePr
     if (!ours) {
         return unplaced(*moment_);
     }
-    if (rules_.ownMomentsRecognised && moment_->originTimelineId == ours->uniqueId()) {
-        if (const auto instance = ours->findInstance(moment_->originInstanceId)) {
+    const char* how = "new";
+    const auto instance = placeOn(*ours, how);
+    ours->recordCall("appendToTimeline",
+                     {{"momentId", moment_->id}, {"instanceId", instance->uniqueId()}, {"how", how}});
+    return instance;
+}
+
+std::shared_ptr<TimelineInstance> CloudMomentItem::placeOn(Timeline& timeline, const char*& how) const {
+    if (const auto known = rules_.knownMomentsRecognised ? timeline.findInstanceOf(moment_->id) : nullptr) {
+        const auto row = known->row();
+        if (row->name() == moment_->code) {
+            how = "known";
+            return timeline.updateRemoteInstance(known->uniqueId(), row->uniqueId(), moment_->start,
+                                                 moment_->end, moment_->notes);
+        }
+        timeline.removeRemoteInstance(known->uniqueId());  // a clip stays on its row for life
+        how = "moved";
+    } else if (rules_.ownMomentsRecognised && moment_->originTimelineId == timeline.uniqueId()) {
+        if (const auto instance = timeline.findInstance(moment_->originInstanceId)) {
+            how = "own";
             instance->setExternalId(moment_->id);
             return instance;
         }
     }
-    if (!rules_.missingRowIsMade && !ours->findRowNamed(moment_->code)) {
+    if (!rules_.missingRowIsMade && !timeline.findRowNamed(moment_->code)) {
+        how = "unplaced";
         return unplaced(*moment_);
     }
-    return ours->appendRemoteInstance(moment_->code, moment_->id, moment_->start, moment_->end,
-                                      moment_->notes, moment_->codeColor);
+    return timeline.appendRemoteInstance(moment_->code, moment_->id, moment_->start, moment_->end,
+                                         moment_->notes, moment_->codeColor);
 }
 
 std::shared_ptr<RemoteCoding::TimelineInstanceProtocol>
 CloudMomentItem::updateOnTimeline(const std::shared_ptr<RemoteCoding::TimelineProtocol>& timeline,
                                   const std::string& instanceId, const std::string& rowId) const {
     const auto ours = std::dynamic_pointer_cast<Timeline>(timeline);
-    return ours ? ours->updateRemoteInstance(instanceId, rowId, moment_->start, moment_->end, moment_->notes)
-                : nullptr;
+    if (!ours) {
+        return nullptr;
+    }
+    auto instance =
+        ours->updateRemoteInstance(instanceId, rowId, moment_->start, moment_->end, moment_->notes);
+    ours->recordCall(
+        "updateOnTimeline",
+        {{"momentId", moment_->id}, {"instanceId", instanceId}, {"found", instance ? "true" : "false"}});
+    return instance;
 }
 
 RemoteCoding::PresentationViewItem presentationViewItemOf(const std::vector<CodeRecord>& codes) {

@@ -11,6 +11,9 @@
 
 namespace ReferenceHost {
 
+class Timeline;
+class TimelineInstance;
+
 /// The raw moment as it is fetched.
 class FetchedMoment final : public RemoteCoding::Moment {
 public:
@@ -35,9 +38,10 @@ private:
 
 /// One moment, as this library brings it onto a `ReferenceHost::Timeline`.
 ///
-/// A moment that the timeline itself has sent, and whose instance is still there, is appended as that instance: its
-/// times stay as they are, because they are as new as the moment's or newer. On any other kind of timeline a moment
-/// has no place: it is appended as an instance without a row, and updates find nothing.
+/// A moment that an instance's `externalId` names is appended as that instance, which is brought up to date. A moment that
+/// the timeline itself has sent without hearing of it, and whose instance is still there, is appended as that instance:
+/// its times stay as they are, because they are as new as the moment's or newer. On any other kind of timeline a moment has
+/// no place: it is appended as an instance without a row, and updates find nothing.
 class CloudMomentItem final : public RemoteCoding::MomentItem {
 public:
     CloudMomentItem(MomentPointer moment, CloudRules rules) : moment_(std::move(moment)), rules_(rules) {}
@@ -53,6 +57,9 @@ public:
     [[nodiscard]] const MomentRecord& record() const { return *moment_; }
 
 private:
+    /// `how`: in a word, for the trace.
+    [[nodiscard]] std::shared_ptr<TimelineInstance> placeOn(Timeline& timeline, const char*& how) const;
+
     MomentPointer moment_;
     CloudRules rules_;
 };

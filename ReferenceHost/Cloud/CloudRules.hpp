@@ -20,6 +20,8 @@ struct CloudRules {
     bool unknownIdsAreIgnored = true;
     /// A moment that a timeline itself has sent is appended to it as the instance it stands for. Broken: as a new one.
     bool ownMomentsRecognised = true;
+    /// A moment that a clip's `externalId` names is appended as that clip, brought up to date. Broken: as a new one.
+    bool knownMomentsRecognised = true;
     /// A moment of a code without a row makes the row. Broken: its instance is placed nowhere.
     bool missingRowIsMade = true;
     /// Writes outlast short drops of the link. Broken: they fail with the first drop.

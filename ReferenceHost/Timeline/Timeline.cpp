@@ -40,6 +40,13 @@ private:
     std::unordered_map<const TimelineRow*, std::shared_ptr<TimelineRow>> copies_;
 };
 
+void append(std::string& list, const std::string& id) {
+    if (!list.empty()) {
+        list += ',';
+    }
+    list += id;
+}
+
 constexpr std::int64_t fromTheStart = std::numeric_limits<std::int64_t>::min();
 
 }  // namespace
@@ -62,6 +69,36 @@ std::int64_t Timeline::modifyCount() const { return modifyCount_.load(std::memor
 
 std::shared_ptr<RemoteCoding::TimelineProtocol>
 Timeline::timelineFromModifyCount(std::int64_t modifyCount, bool excludeSharedInstances) const {
+    auto changes = changesSince(modifyCount, excludeSharedInstances);
+    if (options_.recordCall) {
+        recordChangesSince(modifyCount, *changes);
+    }
+    return changes;
+}
+
+void Timeline::recordChangesSince(std::int64_t modifyCount, const PartialTimeline& changes) const {
+    std::string instances;
+    const auto rows = changes.allRows();
+    for (const auto& row : *rows) {
+        const auto changed = row->allInstances();
+        for (const auto& instance : *changed) {
+            append(instances, instance->uniqueId());
+        }
+    }
+    std::string deleted;
+    for (const std::string& id : changes.deletedInstanceIds()) {
+        append(deleted, id);
+    }
+    options_.recordCall("timelineFromModifyCount", {{"timelineId", uniqueId()},
+                                                    {"from", std::to_string(modifyCount)},
+                                                    {"modifyCount", std::to_string(changes.modifyCount())},
+                                                    {"rows", std::to_string(rows->size())},
+                                                    {"instances", std::move(instances)},
+                                                    {"deleted", std::move(deleted)}});
+}
+
+std::shared_ptr<PartialTimeline> Timeline::changesSince(std::int64_t modifyCount,
+                                                        bool excludeSharedInstances) const {
     PartialTimeline::Contents contents;
     contents.timelineId = uniqueId();
     contents.modifyCount = rules_->partialTellsItsCount ? this->modifyCount() : modifyCount;
@@ -108,11 +145,11 @@ Timeline::timelineFromModifyCount(std::int64_t modifyCount, bool excludeSharedIn
 }
 
 std::vector<std::string> Timeline::deletedRowIds() const {
-    return timelineFromModifyCount(fromTheStart, false)->deletedRowIds();
+    return changesSince(fromTheStart, false)->deletedRowIds();
 }
 
 std::vector<std::string> Timeline::deletedInstanceIds() const {
-    return timelineFromModifyCount(fromTheStart, false)->deletedInstanceIds();
+    return changesSince(fromTheStart, false)->deletedInstanceIds();
 }
 
 std::shared_ptr<RemoteCoding::CodingTarget> Timeline::codingTarget() {
@@ -144,6 +181,26 @@ std::shared_ptr<TimelineRow> Timeline::rowAt(std::int64_t index) const {
 std::shared_ptr<TimelineInstance> Timeline::findInstance(const std::string& instanceId) const {
     const auto* entry = instanceLog_.findPresent(instanceId);
     return entry != nullptr ? entry->object : nullptr;
+}
+
+std::shared_ptr<TimelineInstance> Timeline::findInstanceOf(const std::string& externalId) const {
+    const auto entries = byExternalId_.find(externalId);
+    if (entries == byExternalId_.end()) {
+        return nullptr;
+    }
+    for (const InstanceEntry* entry : entries->second) {
+        if (!entry->removed && entry->object->externalId() == externalId) {
+            return entry->object;
+        }
+    }
+    return nullptr;
+}
+
+void Timeline::recordCall(const char* call, CallArguments arguments) const {
+    if (options_.recordCall) {
+        arguments.insert(arguments.begin(), {"timelineId", uniqueId()});
+        options_.recordCall(call, std::move(arguments));
+    }
 }
 
 std::size_t Timeline::numberOfRows() const { return rows_.elements().size(); }

@@ -17,9 +17,12 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace ReferenceHost {
+
+class PartialTimeline;
 
 /// One timeline with the editing that a user does, that the component does through `codingTarget`, and that
 /// the sync library does. Main thread only, except for what `TimelineProtocol` allows from any thread.
@@ -47,7 +50,7 @@ public:
         std::function<void(const std::shared_ptr<Timeline>&)> didChange;
 
         std::shared_ptr<const TimelineRules> rules;  ///< null: all are kept
-        CallRecorder recordCall;                     ///< told of the coding target's calls
+        CallRecorder recordCall;  ///< told of the coding target's calls, and of the sync library's edits
 
         /// Runs the callbacks of the coding target's row insertions on the main thread. Empty: at once.
         std::function<void(Base::Job)> runInsertionCallback;
@@ -115,6 +118,10 @@ public:
 
     // What the sync library needs.
 
+    /// The clip that stands for that remote moment by its `externalId`, the first of several; null when there is none. Constant
+    /// time.
+    [[nodiscard]] std::shared_ptr<TimelineInstance> findInstanceOf(const std::string& externalId) const;
+
     /// Adds a clip that stands for that remote moment to the first row of that name, or to a new row at the
     /// end. One change.
     std::shared_ptr<TimelineInstance> appendRemoteInstance(const std::string& code,
@@ -126,6 +133,12 @@ public:
     std::shared_ptr<TimelineInstance> updateRemoteInstance(const std::string& instanceId,
                                                            const std::string& rowId, double startTime,
                                                            double endTime, const std::string& notes);
+
+    /// Takes away a clip that the sync library puts elsewhere.
+    void removeRemoteInstance(const std::string& instanceId);
+
+    /// Tells the recorder what the sync library has done here.
+    void recordCall(const char* call, CallArguments arguments) const;
 
 private:
     friend class TimelineCodingTarget;
@@ -139,6 +152,10 @@ private:
 
     explicit Timeline(Options options);
 
+    [[nodiscard]] std::shared_ptr<PartialTimeline> changesSince(std::int64_t modifyCount,
+                                                                bool excludeSharedInstances) const;
+    void recordChangesSince(std::int64_t modifyCount, const PartialTimeline& changes) const;
+
     /// The count that the change under way is stamped with.
     [[nodiscard]] std::int64_t nextCount(ChangeKind kind) const;
     void finishChange(std::int64_t count);
@@ -151,7 +168,7 @@ private:
 
     /// Puts the rows in this order, numbers them and stamps those that shifted.
     void setRows(Rows rows, std::int64_t count);
-    void externalIdWasWritten(const std::string& instanceId);
+    void externalIdWasWritten(const std::string& instanceId, const std::optional<std::string>& externalId);
 
     const Options options_;
     const std::shared_ptr<const TimelineRules> rules_;
@@ -163,6 +180,7 @@ private:
     std::atomic<std::int64_t> modifyCount_{0};
     ChangeLog<TimelineRow> rowLog_;
     ChangeLog<TimelineInstance> instanceLog_;
+    std::unordered_map<std::string, std::vector<InstanceEntry*>> byExternalId_;  // present or past
 
     Base::ObjectLock rowsLock_;  // guards the list; only the main thread writes it
     SnapshotList<RemoteCoding::TimelineRowProtocol> rows_;

@@ -83,10 +83,7 @@ void TimelineCodingTarget::edit(const char* call, CallArguments arguments, const
     if (!timeline || !timeline->isCodingTargetAvailable()) {
         return;
     }
-    if (const auto& recordCall = timeline->options_.recordCall) {
-        arguments.insert(arguments.begin(), {"timelineId", timeline->uniqueId()});
-        recordCall(call, std::move(arguments));
-    }
+    timeline->recordCall(call, std::move(arguments));
     const TimelineComponentEdit scope(*timeline);
     edit(*timeline);
 }

@@ -232,9 +232,16 @@ bool Timeline::restoreInstance(const std::string& instanceId) {
     return true;
 }
 
-void Timeline::externalIdWasWritten(const std::string& instanceId) {
-    auto* entry = instanceLog_.findPresent(instanceId);
-    if (rules_->externalIdIsNoChange || entry == nullptr) {
+void Timeline::externalIdWasWritten(const std::string& instanceId,
+                                    const std::optional<std::string>& externalId) {
+    auto* entry = instanceLog_.find(instanceId);
+    if (entry != nullptr && externalId) {
+        auto& entries = byExternalId_[*externalId];
+        if (std::ranges::find(entries, entry) == entries.end()) {
+            entries.push_back(entry);
+        }
+    }
+    if (rules_->externalIdIsNoChange || entry == nullptr || entry->removed) {
         return;
     }
     const auto count = nextCount(ChangeKind::alteration);
@@ -256,7 +263,7 @@ Timeline::appendRemoteInstance(const std::string& code, const std::string& exter
     auto instance = std::make_shared<TimelineInstance>(
         options_.makeId(), row, ClipValues(startTime, endTime, notes), ++lastOrder_, true);
     instance->writeExternalId(externalId);
-    instanceLog_.add(instance, count);
+    byExternalId_[externalId].push_back(&instanceLog_.add(instance, count));
     row->append(instance);
     finishChange(count);
     return instance;
@@ -273,6 +280,11 @@ std::shared_ptr<TimelineInstance> Timeline::updateRemoteInstance(const std::stri
     auto instance = entry->object;
     setValues(*entry, ClipValues(startTime, endTime, notes));
     return instance;
+}
+
+void Timeline::removeRemoteInstance(const std::string& instanceId) {
+    const TimelineComponentEdit edit(*this);
+    removeInstance(instanceId);
 }
 
 }  // namespace ReferenceHost

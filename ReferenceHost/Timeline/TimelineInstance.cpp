@@ -35,10 +35,10 @@ std::optional<std::string> TimelineInstance::externalId() const {
 }
 
 void TimelineInstance::setExternalId(std::optional<std::string> externalId) {
-    writeExternalId(std::move(externalId));
+    writeExternalId(externalId);
     if (const auto row = row_.lock()) {
         if (const auto timeline = row->timeline_.lock()) {
-            timeline->externalIdWasWritten(uniqueId_);
+            timeline->externalIdWasWritten(uniqueId_, externalId);
         }
     }
 }

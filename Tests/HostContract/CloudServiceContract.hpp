@@ -106,6 +106,26 @@ TEST_P(CloudServiceContract, GivesBackTheClipThatAMomentOfThisTimelineStandsFor)
     EXPECT_NE(moment->appendToTimeline(timeline(ann))->uniqueId(), clip->uniqueId()) << "It has gone.";
 }
 
+TEST_P(CloudServiceContract, GivesBackTheClipThatHasTheMomentsIdAndBringsItUpToDate) {
+    const std::string session = createSession(ann);
+    const Instances clips{tag(ann, Clip("Shot", 1, 2, "")), tag(ann, Clip("Pass", 3, 4, ""))};
+    (void)create(ann, session, clips);
+    const auto append = [&] { return fetchMoments(ben).front()->appendToTimeline(timeline(ben)); };
+    const Instance clip = append();
+    EXPECT_EQ(append()->uniqueId(), clip->uniqueId());
+
+    host().retime(timeline(ann), clips[0], 5, 6);
+    EXPECT_TRUE(wait(startUpdate(ann, session, clips)).value());
+    EXPECT_EQ(append()->uniqueId(), clip->uniqueId());
+    EXPECT_EQ(host().clipOf(clip), Clip("Shot", 5, 6, ""));
+
+    // As after a rename, which the others' timeline has not been told of.
+    timeline(ann)->codingTarget()->setRowNameWithRowNum(clips[0]->row()->rowNum(), "Goal");
+    EXPECT_TRUE(wait(startUpdate(ann, session, clips)).value());
+    EXPECT_EQ(host().clipOf(append()), Clip("Goal", 5, 6, ""));
+    EXPECT_EQ(timeline(ben)->allRows()->front()->numberOfInstances(), 0) << "It is not on both rows.";
+}
+
 TEST_P(CloudServiceContract, RepeatsWritesOverADropAndFetchesNever) {
     const std::string session = createSession(ann);
     const auto overtaken = startFetch(ann);
