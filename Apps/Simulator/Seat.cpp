@@ -120,28 +120,39 @@ void Seat::beginStay(const RemoteCoding::RemoteCodingSessionDetails& session) {
     }
 }
 
-// Inside the component's own end of the session, while it still knows everything about it.
+// Inside the component's own end of the session. The component itself is asked later: a log must not call it.
 void Seat::didLog(ReferenceHost::LogLevel level, std::string_view line) {
     if (level == ReferenceHost::LogLevel::usage && line.starts_with("SessionEnded") && stay_) {
         if (!stay()->lasts) {
-            lookAtStay();
+            lookAtTimeline();
         }
         isEnding_ = true;
     }
 }
 
 void Seat::lookAtStay() {
-    if (!stay_) {
-        return;
+    if (stay_) {
+        lookAtTimeline();
+        lookAtStatus();
     }
+}
+
+void Seat::lookAtTimeline() {
     Stay& stay = world_.stays[*stay_];
     stay.picture = pictureOf(*stayTimeline_);
     stay.isClosed = !host_.timelines().findTimeline(stay.timelineId);
+}
+
+void Seat::lookAtStatus() {
+    Stay& stay = world_.stays[*stay_];
     stay.status = component_->synchronisationStatus(stay.timelineId).value_or(stay.status);
 }
 
 void Seat::endStay() {
     isEnding_ = false;
+    if (!stay()->lasts) {
+        lookAtStatus();
+    }
     recordStay("ends");
     world_.stays[*stay_].to = world_.trace.size();
     stay_.reset();

@@ -75,6 +75,8 @@ private:
     void didLog(ReferenceHost::LogLevel level, std::string_view line);
     void beginStay(const RemoteCoding::RemoteCodingSessionDetails& session);
     void endStay();
+    void lookAtTimeline();
+    void lookAtStatus();
     void recordStay(const char* state);
 
     World& world_;
