@@ -18,12 +18,14 @@ using RemoteCoding::Notification;
 
 namespace {
 
-/// What a reader of the trace wants to know of a notification: its name, and which timeline or state it tells of.
+/// What a reader of the trace wants to know of a notification: its name, and which timeline or state it tells of. A timeline
+/// comes with its modify count, so that the trace tells how it grows.
 TraceFields fieldsOf(const Notification& notification) {
     TraceFields fields{{"name", notification.name}};
     if (const auto* timeline =
             dynamic_cast<const RemoteCoding::TimelineProtocol*>(notification.object.get())) {
         fields.emplace_back("timelineId", timeline->uniqueId());
+        fields.emplace_back("modifyCount", std::to_string(timeline->modifyCount()));
     }
     if (const auto* window = dynamic_cast<const RemoteCoding::WindowProtocol*>(notification.object.get())) {
         fields.emplace_back("window", window->title());
