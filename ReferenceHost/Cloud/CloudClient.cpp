@@ -75,4 +75,6 @@ std::size_t CloudClient::numberOfUncancelledSubscriptions() const {
 
 std::size_t CloudClient::numberOfCallsUnderWay() const { return connection_->numberOfCallsUnderWay(); }
 
+std::size_t CloudClient::numberOfEventsUnderWay() const { return connection_->numberOfEventsUnderWay(); }
+
 }  // namespace ReferenceHost

@@ -87,6 +87,7 @@ public:
     /// The subscriptions whose handlers this client still holds: those that failed, too, until they are cancelled.
     [[nodiscard]] std::size_t numberOfUncancelledSubscriptions() const;
     [[nodiscard]] std::size_t numberOfCallsUnderWay() const;
+    [[nodiscard]] std::size_t numberOfEventsUnderWay() const;  ///< to subscriptions that have not failed
 
 private:
     CloudService& service_;

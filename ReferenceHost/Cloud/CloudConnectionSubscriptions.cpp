@@ -13,6 +13,21 @@
 
 namespace ReferenceHost {
 
+namespace {
+
+ChangePointer meaningless(const RemoteChange& change, EventFault::Extra extra) {
+    auto event = std::make_shared<RemoteChange>(change);
+    if (extra == EventFault::Extra::ofUnknownType) {
+        event->type = RemoteCoding::TaggingSessionChangeType::unknown;
+    } else {
+        event->moments.clear();
+        event->presentationView = nullptr;
+    }
+    return event;
+}
+
+}  // namespace
+
 std::shared_ptr<CloudSubscription>
 CloudConnection::subscribe(const std::string& sessionId, const std::string& timelineId,
                            RemoteCoding::GraphQLTaggingSessionProtocol::ChangeHandler changeHandler,
@@ -111,21 +126,21 @@ void CloudConnection::open(std::uint64_t number, bool fails) {
 }
 
 void CloudConnection::carry(std::uint64_t number, const ChangePointer& change) {
-    CloudEvent event;
+    CloudEvent met;
     EventFaultPlan plan;
     Base::synchronized(lock_, [&] {
         const auto route = routes_.find(number);
         if (eventFaultPlan_ && route != routes_.end() && !route->second.isBroken) {
             plan = eventFaultPlan_;
-            event.sessionId = route->second.sessionId;
+            met.sessionId = route->second.sessionId;
         }
     });
     EventFault fault;
     if (plan) {
-        event.host = host_;
-        event.subscription = number;
-        event.change = change;
-        fault = plan(event);
+        met.host = host_;
+        met.subscription = number;
+        met.change = change;
+        fault = plan(met);
     }
     if (fault.dropSubscription) {
         service_.scheduler().postAfter(Base::Seconds{0}, [self = shared_from_this(), number] {
@@ -147,8 +162,12 @@ void CloudConnection::carry(std::uint64_t number, const ChangePointer& change) {
         const Base::Seconds latency(
             eventRandom_.between(settings_.leastLatency.count(), settings_.mostLatency.count()));
         route.lastArrival = std::max(route.lastArrival, time + latency + fault.delay);
-        for (unsigned copies = 0; copies <= fault.repeats; ++copies) {
-            route.onTheWay.push_back(change);
+        std::vector<ChangePointer> events(1 + fault.repeats, change);
+        if (fault.extra != EventFault::Extra::none) {
+            events.push_back(meaningless(*change, fault.extra));
+        }
+        for (ChangePointer& event : events) {
+            route.onTheWay.push_back(std::move(event));
             service_.scheduler().postAfter(
                 route.lastArrival - time, [self = shared_from_this(), number] { self->arriveEvent(number); });
         }
@@ -281,6 +300,16 @@ void CloudConnection::dropSubscriptions() {
             self->breakRoute(number, connectionLost());
         });
     }
+}
+
+std::size_t CloudConnection::numberOfEventsUnderWay() const {
+    return Base::synchronized(lock_, [&] {
+        std::size_t events = 0;
+        for (const auto& [number, route] : routes_) {
+            events += route.onTheWay.size();
+        }
+        return events;
+    });
 }
 
 std::size_t CloudConnection::numberOfUncancelledSubscriptions() const {

@@ -34,6 +34,8 @@ struct Fault {
         failAfterEffect,   ///< an error, though it was done
         answerFalse,       ///< updates and removals: false, and nothing was done
         answerShort,  ///< creations: done in full, but the last `shortBy` identifiers are missing from the answer
+        answerNone,   ///< fetches of tagging sessions: none, whatever there is
+        answerOther,  ///< fetches of tagging sessions: another session takes the first one's place
         neverAnswer,  ///< it was done, and nobody ever hears of it
     };
 
@@ -59,6 +61,9 @@ struct CloudEvent {
 
 /// What befalls one event.
 struct EventFault {
+    /// An event beside it that means nothing, right behind it.
+    enum class Extra : std::uint8_t { none, ofUnknownType, withoutContents };
+
     EventFault() = default;
     explicit EventFault(bool dropSubscription_, unsigned repeats_ = 0,
                         Base::Seconds delay_ = Base::Seconds{0})
@@ -67,6 +72,7 @@ struct EventFault {
     bool dropSubscription = false;  ///< the subscription fails instead, and this event is lost with it
     unsigned repeats = 0;           ///< how often it is delivered again, right after itself
     Base::Seconds delay{0};         ///< later events wait behind it
+    Extra extra = Extra::none;
 };
 
 /// Asked once for each event, when it leaves the service, on the thread of whoever made the change. It may look at the

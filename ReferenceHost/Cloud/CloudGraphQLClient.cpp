@@ -34,9 +34,16 @@ public:
           connection_(std::move(connection)),
           reply_(std::move(done)) {}
 
-    void perform(CloudService& service, const Fault&) override {
-        const auto connection = connection_.lock();
+    void perform(CloudService& service, const Fault& met) override {
         std::vector<TaggingSessionItem> answer;
+        if (met.kind == Fault::Kind::answerNone || met.kind == Fault::Kind::answerOther) {
+            if (met.kind == Fault::Kind::answerOther) {
+                answer.emplace_back("another session", std::nullopt, std::nullopt);
+            }
+            reply_.keep(std::move(answer));
+            return;
+        }
+        const auto connection = connection_.lock();
         for (const TaggingSessionRecord& record :
              service.fetchTaggingSessions(info.teamId, info.videoId, createdByUserId_)) {
             if (connection) {

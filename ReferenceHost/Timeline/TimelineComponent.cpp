@@ -76,6 +76,9 @@ void TimelineComponent::liveShareIsOpen(
     }
     std::optional<std::string> videoId;
     if (!behaviour.completesWithoutId) {
+        videoId = reopenLiveShare(behaviour.onTimeline);
+    }
+    if (!behaviour.completesWithoutId && !videoId) {
         videoId = makeId_();
         if (behaviour.opensTimeline && behaviour.timelineLag > Base::Seconds(0)) {
             execution_.postToMainAfter(behaviour.timelineLag, [weakSelf = weak_from_this(), title, videoId] {
@@ -97,6 +100,17 @@ void TimelineComponent::liveShareIsOpen(
 void TimelineComponent::openLiveShare(const std::string& title, const std::string& videoId) {
     openTimeline(title, videoId);
     open_.back().showsLiveShare = true;
+}
+
+/// The id of the video that the timeline shows again; absent when there is no such timeline.
+std::optional<std::string> TimelineComponent::reopenLiveShare(const std::optional<std::string>& timelineId) {
+    for (Open& open : open_) {
+        if (open.timeline->uniqueId() == timelineId && open.timeline->videoId()) {
+            open.showsLiveShare = true;
+            return open.timeline->videoId();
+        }
+    }
+    return std::nullopt;
 }
 
 std::shared_ptr<TimelineProtocol> TimelineComponent::frontTimeline() {
