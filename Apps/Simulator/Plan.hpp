@@ -34,8 +34,23 @@ enum class Action : std::uint8_t {
     // Sessions.
     closeTimeline,  ///< the analyst closes the timeline's window
     leave,          ///< a guest leaves, or the host ends the session
-    join,  ///< an analyst who is in no session joins the host's again (with the old timeline open, `object` odd)
-    host,  ///< an analyst who was host and is no more publishes again
+    leaveByPrompt,  ///< the same, when asked whether to; `object` odd: says no, or there is no window to ask on
+    streamEnds,     ///< the host's stream is over for good; the sharing goes on
+    join,  ///< an analyst who is in no session joins the live one (with the old timeline open, `object` odd)
+    host,  ///< an analyst who is in no session publishes when nobody does (onto the old timeline, `object` odd)
+
+    // Sessions that do not come about as they should, and what a host may tell without sense.
+    hostWithoutCapture,
+    hostSignedOut,
+    hostRefused,    ///< the capture does not publish
+    joinRefused,    ///< the live share cannot be opened
+    joinWithoutId,  ///< it cannot be opened, which is known only later
+    joinSignedOut,
+    joinWithoutTimeline,
+    joinLate,          ///< the timeline is there `amount` seconds after the live share
+    joinOtherSession,  ///< one that the video has beside its primary one
+    endUnknown,        ///< the end of a session that there is not
+    strayNotifications,
 
     // Faults of one analyst's calls: the next call of one operation.
     failBefore,  ///< `object`: the operation
@@ -43,17 +58,24 @@ enum class Action : std::uint8_t {
     hang,  ///< it takes `amount` seconds longer, up to half a minute
     answerFalse,
     answerShort,
+    answerNone,  ///< a fetch finds no session; with `object` even, the subscription is dropped, so that there is a fetch
+    answerOther,  ///< a fetch finds another session in the first place; the same
 
     // Faults of the way.
     dropSubscription,
     repeatEvents,    ///< each of the next few events comes twice
-    delayEvents,     ///< each of the next few events comes `amount` seconds late
+    delayEvents,     ///< each of the next few events comes `amount` seconds late, up to twenty
+    strangeEvents,   ///< after each of the next few events comes one that means nothing
     linkDown,        ///< for `amount` seconds, up to fifteen minutes
+    fetchesFail,     ///< all of them, for `amount` seconds, up to fifteen minutes
     restartService,  ///< every analyst's calls and subscriptions break, and fail for `amount` seconds
+    rowsAreNotMade,  ///< moments of a code without a row are placed nowhere, for `amount` seconds
+    hideMoments,  ///< some moments cannot be read, for `amount` seconds; with `object` even, there is a fetch
 
     // Faults of a host.
     withdrawCodingTarget,  ///< for `amount` seconds
     insertionsComeLater,   ///< the coding target's callbacks come as jobs of their own, for `amount` seconds
+    cancelSleeps,  ///< each wait is cancelled, for `amount` seconds; there is a reconnection that has to wait
 
     // The stream.
     streamBreaks,           ///< the host's stream is interrupted for `amount` seconds
@@ -61,9 +83,10 @@ enum class Action : std::uint8_t {
     downloadPauses,         ///< the player of a guest pauses, without an error
     downloadPausesFailing,  ///< the same, with an error
     downloadFails,
+    statusFails,  ///< the player pauses, and the question for the video's status fails
 };
 
-inline constexpr Action lastAction = Action::downloadFails;
+inline constexpr Action lastAction = Action::statusFails;
 
 [[nodiscard]] const char* nameOf(Action action);
 

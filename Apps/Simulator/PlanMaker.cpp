@@ -1,102 +1,137 @@
 #include "Apps/Simulator/Plan.hpp"
-#include "ReferenceHost/SeededRandom.hpp"
+#include "Apps/Simulator/Profiles.hpp"
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <utility>
 
 namespace Simulator {
 
 namespace {
 
-struct Weighted {
-    Action action;
-    unsigned weight;
-};
-using Weights = std::vector<Weighted>;
+constexpr double everybodyHasJoined = 9;
+constexpr double returnShare = 0.7;
+constexpr double turn = 6;  // in which an edit is gathered, sent and received
 
-/// What kind of afternoon it is.
-struct Profile {
-    Weights edits;
-    Weights faults;
-    Weights sessions;
-    double faultShare = 0.2;
-    double sessionShare = 0.05;
-    double longPause = 0.1;  ///< the share of pauses of many seconds, between bursts
-};
-
-const Weights clipEdits{{Action::tag, 30},         {Action::tagNewCode, 10},  {Action::retime, 15},
-                        {Action::retimeShared, 8}, {Action::note, 8},         {Action::noteShared, 4},
-                        {Action::deleteClip, 8},   {Action::deleteShared, 4}, {Action::undoDelete, 4}};
-const Weights rowEdits{{Action::addRow, 4},       {Action::renameRow, 3}, {Action::renameRowToCommon, 2},
-                       {Action::recolorRow, 4},   {Action::moveRow, 4},   {Action::removeRow, 2},
-                       {Action::undoRemoveRow, 2}};
-const Weights wayFaults{{Action::failBefore, 6},  {Action::failAfter, 6},   {Action::hang, 4},
-                        {Action::answerFalse, 2}, {Action::answerShort, 2}, {Action::dropSubscription, 4},
-                        {Action::linkDown, 4}};
-const Weights sessionSteps{
-    {Action::closeTimeline, 1}, {Action::leave, 3}, {Action::join, 6}, {Action::host, 3}};
+/// To the millisecond, as plans are written.
+double rounded(double seconds) { return std::round(seconds * 1000) / 1000; }
 
 class Maker {
 public:
     Maker(std::uint64_t seed, const PlanOptions& options)
-        : options_(options), random_(ReferenceHost::SeededRandom::stream(seed, "plan")) {
+        : options_(options),
+          random_(ReferenceHost::SeededRandom::stream(seed, "plan")),
+          profile_(drawProfile(random_, options.faults)) {
         plan_.seed = seed;
         plan_.brokenRules = options.brokenRules;
-        plan_.analysts = options.analysts != 0 ? options.analysts : 2 + random_.below(4);
+        // Most matches are coded by a few.
+        plan_.analysts =
+            options.analysts != 0 ? options.analysts : 2 + random_.below(random_.chance(0.2) ? 7 : 3);
     }
 
     Plan make() {
-        profile_.edits = clipEdits;
-        profile_.edits.insert(profile_.edits.end(), rowEdits.begin(), rowEdits.end());
-        profile_.faults = wayFaults;
-        profile_.sessions = sessionSteps;
-        double at = 8;
+        at_ = random_.chance(profile_.earlyStartShare) ? 0 : everybodyHasJoined;
         while (plan_.steps.size() < options_.operations) {
-            at += random_.chance(profile_.longPause) ? random_.between(2, 20) : random_.between(0, 1.2);
-            Step step;
-            step.at = Base::Seconds(std::round(at * 1000) / 1000);
-            draw(step);
+            const bool isTwin = last_ && random_.chance(profile_.twinShare);
+            Step step = isTwin ? twin(*last_) : draw();
+            at_ += isTwin ? random_.between(0, 1.3) : gap();
+            step.at = Base::Seconds(rounded(at_));
+            last_ = !isTwin && step.action <= Action::undoRemoveRow ? std::optional(step) : std::nullopt;
+            takeReturnsBefore(step.at);
             plan_.steps.push_back(step);
+            if (isDeparture(step.action) && random_.chance(returnShare)) {
+                returns_.push_back(returnAfter(step));
+            }
         }
+        plan_.steps.resize(options_.operations);
         return std::move(plan_);
     }
 
 private:
-    void draw(Step& step) {
+    double gap() {
+        if (profile_.takesTurns) {
+            return turn;
+        }
+        if (random_.chance(profile_.burstShare)) {
+            return random_.between(0, 0.3);
+        }
+        return random_.chance(profile_.pauseShare / (1 - profile_.burstShare))
+                   ? random_.between(profile_.leastPause, profile_.mostPause)
+                   : random_.between(0.3, 4);
+    }
+
+    Step draw() {
+        Step step;
         step.analyst = random_.below(plan_.analysts);
         step.object = static_cast<std::uint32_t>(random_.below(1000));
         step.other = static_cast<std::uint32_t>(random_.below(100'000));
         const double share = random_.unit();
-        if (options_.faults && share < profile_.faultShare) {
-            step.action = choose(profile_.faults);
-            step.amount = std::round(random_.between(0, 20) * 10) / 10;
-        } else if (share > 1 - profile_.sessionShare) {
-            step.action = choose(profile_.sessions);
+        if (share < profile_.faultShare) {
+            step.action = choose(profile_.faults, random_);
+            step.amount = rounded(secondsOf(step.action));
+        } else if (share < profile_.faultShare + profile_.sessionShare) {
+            step.action = choose(profile_.sessions, random_);
+            step.amount = rounded(random_.between(0, 6));
         } else {
-            step.action = choose(profile_.edits);
+            step.action = choose(profile_.edits, random_);
         }
+        return step;
     }
 
-    Action choose(const Weights& weights) {
-        unsigned total = 0;
-        for (const Weighted& weighted : weights) {
-            total += weighted.weight;
+    double secondsOf(Action fault) {
+        const bool isOutage = fault == Action::linkDown || fault == Action::fetchesFail;
+        if (isOutage && random_.chance(profile_.longOutageShare)) {
+            return random_.between(60, 900);
         }
-        std::size_t drawn = random_.below(total);
-        for (const Weighted& weighted : weights) {
-            if (drawn < weighted.weight) {
-                return weighted.action;
-            }
-            drawn -= weighted.weight;
+        // Most of what goes wrong is over soon.
+        const double share = random_.unit();
+        return share < 0.6   ? random_.between(0.1, 4)
+               : share < 0.9 ? random_.between(4, 15)
+                             : random_.between(15, 40);
+    }
+
+    /// The same by somebody else.
+    Step twin(Step step) {
+        step.analyst = (step.analyst + 1 + random_.below(plan_.analysts - 1)) % plan_.analysts;
+        step.other = static_cast<std::uint32_t>(random_.below(100'000));
+        return step;
+    }
+
+    [[nodiscard]] static bool isDeparture(Action action) {
+        return action == Action::closeTimeline || action == Action::leave ||
+               action == Action::leaveByPrompt || action == Action::downloadFails ||
+               action == Action::downloadPausesFailing || action == Action::streamEnds;
+    }
+
+    /// Who has left comes back after a while, or tries to. After the end of a stream it is the end of the session that follows.
+    Step returnAfter(const Step& departure) {
+        Step step = draw();
+        step.analyst = departure.analyst;
+        step.action = departure.action == Action::streamEnds ? Action::leave
+                      : random_.chance(0.3)                  ? choose(profile_.sessions, random_)
+                      : random_.chance(0.3)                  ? Action::host
+                                                             : Action::join;
+        step.amount = rounded(random_.between(0, 6));
+        step.at = departure.at + Base::Seconds(rounded(random_.between(1, 12)));
+        return step;
+    }
+
+    void takeReturnsBefore(Base::Seconds moment) {
+        std::ranges::stable_sort(returns_, {}, &Step::at);
+        while (!returns_.empty() && returns_.front().at <= moment) {
+            plan_.steps.push_back(returns_.front());
+            returns_.erase(returns_.begin());
         }
-        return weights.front().action;
     }
 
     const PlanOptions& options_;
     ReferenceHost::SeededRandom random_;
-    Profile profile_;
+    const Profile profile_;
     Plan plan_;
+    double at_ = 0;
+    std::vector<Step> returns_;  // that are still to come
+    std::optional<Step> last_;   // an edit that may have a twin
 };
 
 }  // namespace

@@ -40,10 +40,36 @@ const char* nameOf(Action action) {
         return "closeTimeline";
     case Action::leave:
         return "leave";
+    case Action::leaveByPrompt:
+        return "leaveByPrompt";
+    case Action::streamEnds:
+        return "streamEnds";
     case Action::join:
         return "join";
     case Action::host:
         return "host";
+    case Action::hostWithoutCapture:
+        return "hostWithoutCapture";
+    case Action::hostSignedOut:
+        return "hostSignedOut";
+    case Action::hostRefused:
+        return "hostRefused";
+    case Action::joinRefused:
+        return "joinRefused";
+    case Action::joinWithoutId:
+        return "joinWithoutId";
+    case Action::joinSignedOut:
+        return "joinSignedOut";
+    case Action::joinWithoutTimeline:
+        return "joinWithoutTimeline";
+    case Action::joinLate:
+        return "joinLate";
+    case Action::joinOtherSession:
+        return "joinOtherSession";
+    case Action::endUnknown:
+        return "endUnknown";
+    case Action::strayNotifications:
+        return "strayNotifications";
     case Action::failBefore:
         return "failBefore";
     case Action::failAfter:
@@ -54,20 +80,34 @@ const char* nameOf(Action action) {
         return "answerFalse";
     case Action::answerShort:
         return "answerShort";
+    case Action::answerNone:
+        return "answerNone";
+    case Action::answerOther:
+        return "answerOther";
     case Action::dropSubscription:
         return "dropSubscription";
     case Action::repeatEvents:
         return "repeatEvents";
     case Action::delayEvents:
         return "delayEvents";
+    case Action::strangeEvents:
+        return "strangeEvents";
     case Action::linkDown:
         return "linkDown";
+    case Action::fetchesFail:
+        return "fetchesFail";
     case Action::restartService:
         return "restartService";
+    case Action::rowsAreNotMade:
+        return "rowsAreNotMade";
+    case Action::hideMoments:
+        return "hideMoments";
     case Action::withdrawCodingTarget:
         return "withdrawCodingTarget";
     case Action::insertionsComeLater:
         return "insertionsComeLater";
+    case Action::cancelSleeps:
+        return "cancelSleeps";
     case Action::streamBreaks:
         return "streamBreaks";
     case Action::streamFails:
@@ -78,6 +118,8 @@ const char* nameOf(Action action) {
         return "downloadPausesFailing";
     case Action::downloadFails:
         return "downloadFails";
+    case Action::statusFails:
+        return "statusFails";
     }
     return "?";
 }

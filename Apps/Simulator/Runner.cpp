@@ -23,7 +23,8 @@ constexpr Base::Seconds joiningApart{0.25};
 // under way when the link came back takes at most half a minute. So this is long.
 constexpr Base::Seconds patience{15 * 60};
 constexpr Base::Seconds quietWhile{120};
-constexpr Base::Seconds lastNews{5};  // of sessions that are over
+// A stream's watch that is under way when its session ends runs out, and asks for the video once more.
+constexpr Base::Seconds lastNews{20};
 constexpr Base::Seconds leavingPatience{60};
 
 class Run {

@@ -76,7 +76,7 @@ std::shared_ptr<ReferenceHost::Timeline> Seat::timeline() {
 void Seat::joins(std::optional<std::string> taggingSessionId) {
     joiningUntil_ = world_.time.now() + longestJoin;
     joinedSessionId_ = std::move(taggingSessionId).value_or(std::string());
-    lastLook_ = world_.trace.size();
+    expectStay();
 }
 
 // ---- stays ----
@@ -112,6 +112,7 @@ void Seat::beginStay(const RemoteCoding::RemoteCodingSessionDetails& session) {
     joiningUntil_ = Base::Seconds(0);
     recordStay("begins");
     if (!session.isHost) {
+        shownVideo_ = session.tevuVideoId;
         ReferenceHost::PlayerSettings settings;
         settings.fragmentLength = fragmentLength;
         settings.asksForManifest = false;
@@ -190,6 +191,7 @@ std::vector<std::string> Seat::underWay() {
     add(isJoining() ? 1 : 0, "join");
     add(host_.unfinishedTasks(), "unfinished tasks");
     add(host_.cloudClient().numberOfCallsUnderWay(), "calls under way");
+    add(host_.cloudClient().numberOfEventsUnderWay(), "events under way");
     if (stay_) {
         using Activity = RemoteCoding::SynchronisationStatus::Activity;
         const auto status = component_->synchronisationStatus(stay()->timelineId);

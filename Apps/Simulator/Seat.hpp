@@ -51,6 +51,12 @@ public:
     [[nodiscard]] bool isJoining() const { return joiningUntil_ > world_.time.now(); }
     void joins(std::optional<std::string> taggingSessionId);
 
+    /// A stay that begins next begins here.
+    void expectStay() { lastLook_ = world_.trace.size(); }
+
+    /// The video of the last joined session; empty before one was joined.
+    [[nodiscard]] const std::string& shownVideo() const { return shownVideo_; }
+
     /// Null before a session was joined.
     [[nodiscard]] const std::shared_ptr<ReferenceHost::Player>& player() const { return player_; }
 
@@ -93,6 +99,7 @@ private:
     bool isEnding_ = false;  // the component has said that the session is over
     Base::Seconds joiningUntil_{0};
     std::string joinedSessionId_;
+    std::string shownVideo_;
     std::size_t lastLook_ = 0;  // the size of the trace then
 
     Edits edits_{*this};

@@ -48,6 +48,12 @@ void World::runUntil(Base::Seconds moment) {
     }
 }
 
+void World::setRowsAreMade(bool areMade) {
+    ReferenceHost::CloudRules rules = cloud.rules();
+    rules.missingRowIsMade = areMade && !std::ranges::count(plan.brokenRules, "missingRowIsMade");
+    cloud.setRules(rules);
+}
+
 std::size_t World::reach(const char* stage) {
     record({}, SimulatedKind::stage, {{"name", stage}});
     return trace.size();

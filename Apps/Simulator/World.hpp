@@ -46,6 +46,9 @@ public:
     /// A new video, without a tagging session, in the team of all analysts.
     [[nodiscard]] Offer addVideo();
 
+    /// Whether the sync library makes the rows that are missing, unless the plan breaks that rule anyway.
+    void setRowsAreMade(bool areMade);
+
     static constexpr const char* teamId = "team";
 
     const Plan& plan;
