@@ -1,0 +1,133 @@
+#include "Apps/Simulator/Outcome/ClipEdits.hpp"
+#include "Apps/Simulator/Outcome/Loss.hpp"
+#include "Apps/Simulator/Texts.hpp"
+
+#include <algorithm>
+
+namespace Simulator {
+
+namespace {
+
+using Edits = std::vector<const UserEdit*>;
+
+bool isBirth(const UserEdit& edit) {
+    return edit.kind == EditKind::tag || edit.kind == EditKind::restoreClip ||
+           edit.kind == EditKind::restoreRow;
+}
+
+bool isDeath(const UserEdit& edit) {
+    return edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow;
+}
+
+bool setsTimes(const UserEdit& edit) { return edit.kind == EditKind::retime || isBirth(edit); }
+
+bool setsNotes(const UserEdit& edit) { return edit.kind == EditKind::note || isBirth(edit); }
+
+/// What users did to one clip, and what has become of it.
+class ClipJudge {
+public:
+    ClipJudge(const History& history, const SharedClip& clip, Losses& found)
+        : history_(history), clip_(clip), found_(found) {}
+
+    void judge() {
+        judgeExistence();
+        if (clip_.livingMoments.size() == 1) {
+            moment_ = history_.moment(clip_.livingMoments.front())->last;
+            judgeValues(LossKind::retimeLost, setsTimes, [this](const UserEdit& edit) {
+                return edit.start == moment_->start && edit.end == moment_->end;
+            });
+            judgeValues(LossKind::noteLost, setsNotes,
+                        [this](const UserEdit& edit) { return edit.notes == moment_->notes; });
+        }
+    }
+
+private:
+    /// The edits of one sort that no other of that sort was made in the knowledge of.
+    template <typename IsOfSort>
+    Edits lastWords(const IsOfSort& isOfSort) const {
+        Edits last;
+        for (const UserEdit* edit : clip_.edits) {
+            const bool isLast =
+                isOfSort(*edit) && std::ranges::none_of(clip_.edits, [&](const UserEdit* other) {
+                    return other != edit && isOfSort(*other) && wasKnown(history_, clip_, *edit, *other);
+                });
+            if (isLast) {
+                last.push_back(edit);
+            }
+        }
+        return last;
+    }
+
+    void judgeExistence() {
+        const Edits last = lastWords([](const UserEdit& edit) { return isBirth(edit) || isDeath(edit); });
+        if (clip_.livingMoments.size() > 1) {
+            report(LossKind::clipDoubled, clip_.edits.empty() ? nullptr : clip_.edits.back(),
+                   "is there more than once");
+        }
+        if (last.empty()) {
+            return;
+        }
+        const bool lives = !clip_.livingMoments.empty();
+        const bool shouldLive =
+            std::ranges::all_of(last, [](const UserEdit* edit) { return isBirth(*edit); });
+        const bool shouldBeGone =
+            std::ranges::all_of(last, [](const UserEdit* edit) { return isDeath(*edit); });
+        if (shouldLive && !lives) {
+            report(LossKind::tagLost, last.back(), "is not in the cloud");
+        }
+        if (shouldBeGone && lives) {
+            report(LossKind::deletionLost, last.back(), "was deleted and is in the cloud");
+        }
+    }
+
+    template <typename Sets, typename IsSo>
+    void judgeValues(LossKind kind, const Sets& sets, const IsSo& isSo) {
+        const Edits last = lastWords(sets);
+        const bool isRight = last.empty() || std::ranges::any_of(last, [&](const UserEdit* edit) {
+                                 return edit->kind == EditKind::restoreRow || isSo(*edit);
+                             });
+        if (!isRight) {
+            const UserEdit& edit = *last.back();
+            report(kind, &edit,
+                   "was to say " + textOf(edit.start) + "-" + textOf(edit.end) + " \"" +
+                       std::string(edit.notes) + "\" and says " + textOf(moment_->start) + "-" +
+                       textOf(moment_->end) + " \"" + moment_->notes + '"');
+        }
+    }
+
+    void report(LossKind kind, const UserEdit* edit, const std::string& what) {
+        const std::string_view moment = !clip_.livingMoments.empty() ? clip_.livingMoments.back()
+                                        : !clip_.moments.empty()     ? clip_.moments.back()
+                                                                     : std::string_view();
+        Loss loss{kind, never, moment, {}, {}, edit, {}};
+        if (edit != nullptr) {
+            loss.stay = edit->stay;
+            loss.clip = edit->clips.front();
+            loss.row = edit->name;
+            loss.what = std::string(edit->analyst) + ": ";
+        }
+        loss.what += "the clip " + std::string(loss.clip) + " (" + std::string(moment) + ") " + what;
+        found_.push_back(std::move(loss));
+    }
+
+    const History& history_;
+    const SharedClip& clip_;
+    Losses& found_;
+    const ReferenceHost::MomentRecord* moment_ = nullptr;
+};
+
+}  // namespace
+
+Losses findLostClipEdits(const History& history) {
+    Losses found;
+    for (const SharedClip& clip : findSharedClips(history)) {
+        const bool isJudged = !clip.isFromElsewhere && !clip.edits.empty() &&
+                              history.stays[clip.edits.front()->stay].session != nullptr;
+        if (isJudged) {
+            ClipJudge(history, clip, found).judge();
+        }
+    }
+    return found;
+}
+
+}  // namespace Simulator

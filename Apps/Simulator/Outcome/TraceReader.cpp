@@ -1,0 +1,343 @@
+#include "Apps/Simulator/Outcome/TraceReader.hpp"
+
+#include <algorithm>
+#include <charconv>
+
+namespace Simulator {
+
+using ReferenceHost::AcceptedCall;
+using ReferenceHost::CloudOperation;
+namespace TraceKind = ReferenceHost::TraceKind;
+
+namespace {
+
+template <typename Number>
+Number number(std::string_view text) {
+    Number value = 0;
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    return value;
+}
+
+EditKind kindOf(std::string_view what) {
+    constexpr std::pair<std::string_view, EditKind> kinds[] = {
+        {"tag", EditKind::tag},
+        {"retime", EditKind::retime},
+        {"note", EditKind::note},
+        {"delete", EditKind::removeClip},
+        {"undoDelete", EditKind::restoreClip},
+        {"addRow", EditKind::addRow},
+        {"renameRow", EditKind::renameRow},
+        {"recolorRow", EditKind::recolorRow},
+        {"moveRow", EditKind::moveRow},
+        {"removeRow", EditKind::removeRow},
+        {"undoRemoveRow", EditKind::restoreRow},
+    };
+    const auto found =
+        std::ranges::find_if(kinds, [&](const auto& kind) { return what.starts_with(kind.first); });
+    return found != std::end(kinds) ? found->second : EditKind::tag;
+}
+
+bool isWriteOfClipsOrRows(std::string_view name) {
+    return name == "createMoments" || name == "updateMoments" || name == "removeMoments" ||
+           name == "savePresentationView";
+}
+
+bool isOfTarget(std::string_view name) {
+    return name == "removeInstanceWithRowId" || name == "setRowNameWithRowNum" ||
+           name == "setRowColorWithRowId" || name == "insertRowWithName" || name == "rearrangeRowsFrom" ||
+           name == "removeRowWithRowId";
+}
+
+/// Whether the cloud's log entry is of just these objects.
+bool isAbout(const AcceptedCall& accepted, const Call& call) {
+    const auto same = [&](const auto& listed, const auto& idOf) {
+        return std::ranges::equal(listed, call.ids, {}, idOf);
+    };
+    switch (accepted.operation) {
+    case CloudOperation::createMoments:
+        return same(accepted.drafts, [](const auto& draft) { return std::string_view(draft.instanceId); });
+    case CloudOperation::updateMoments:
+        return same(accepted.drafts, [](const auto& draft) {
+            return draft.externalId ? std::string_view(*draft.externalId) : std::string_view();
+        });
+    case CloudOperation::removeMoments:
+        return same(accepted.momentIds, [](const auto& id) { return std::string_view(id); });
+    default:
+        return true;
+    }
+}
+
+}  // namespace
+
+TraceReader::TraceReader(History& history) : history_(history), running_(history.stays.size()) {
+    for (std::size_t index = 0; index < history.stays.size(); ++index) {
+        staysOf_[history.stays[index].stay->timelineId].push_back(index);
+    }
+}
+
+void TraceReader::read() {
+    for (std::size_t at = 0; at < history_.record.trace.size(); ++at) {
+        readEntry(at, history_.record.trace[at]);
+    }
+    for (auto& [host, spans] : history_.withoutTarget) {
+        for (auto& [from, to] : spans) {
+            to = std::min(to, history_.record.trace.size());
+        }
+    }
+}
+
+void TraceReader::readEntry(std::size_t at, const Entry& entry) {
+    const std::string_view kind = entry.kind;
+    if (kind == TraceKind::call) {
+        readCall(at, entry);
+    } else if (kind == "effect") {
+        readEffect(at, entry);
+    } else if (kind == TraceKind::answer) {
+        readAnswer(at, entry);
+    } else if (kind == "delivery") {
+        readDelivery(entry);
+    } else if (kind == TraceKind::blockStart || kind == TraceKind::blockEnd) {
+        readBlock(at, entry);
+    } else if (kind == TraceKind::count) {
+        readCount(at, entry);
+    } else if (kind == TraceKind::uploadStart || kind == TraceKind::uploadEnd) {
+        readUpload(at, entry);
+    } else if (kind == SimulatedKind::edit) {
+        readEdit(at, entry);
+    } else if (kind == SimulatedKind::fault) {
+        readFault(at, entry);
+    }
+}
+
+std::size_t TraceReader::stayOf(std::size_t at, std::string_view timelineId) const {
+    const auto found = staysOf_.find(timelineId);
+    std::size_t stay = never;
+    if (found != staysOf_.end()) {
+        for (const std::size_t index : found->second) {
+            if (history_.stays[index].stay->from <= at) {
+                stay = index;
+            }
+        }
+    }
+    return stay;
+}
+
+void TraceReader::readCall(std::size_t at, const Entry& entry) {
+    const std::string_view name = entry.field("name");
+    const std::string_view timelineId = entry.field("timelineId");
+    if (name == "appendToTimeline" || name == "updateOnTimeline") {
+        const std::string_view how = entry.field("how");
+        const bool found = entry.field("found") == "true";
+        history_.moments[entry.field("momentId")].placements.push_back(
+            {at, stayOf(at, timelineId), entry.field("instanceId"),
+             !how.empty() ? how
+             : found      ? std::string_view("updated")
+                          : std::string_view("notFound")});
+        return;
+    }
+    if (name == "subscribeToTaggingSessionChanges") {
+        subscriptions_[{entry.host, entry.field("subscription")}] = stayOf(at, timelineId);
+        return;
+    }
+    const std::size_t stay = stayOf(at, timelineId);
+    if (isOfTarget(name)) {
+        if (stay != never) {
+            history_.stays[stay].target.push_back(at);
+        }
+    } else if (isWriteOfClipsOrRows(name)) {
+        Call call;
+        call.at = at;
+        call.stay = stay;
+        call.name = name;
+        call.ids = parts(entry.field("ids"));
+        calls_[{entry.host, entry.field("call")}] = history_.calls.size();
+        if (stay != never) {
+            history_.stays[stay].calls.push_back(history_.calls.size());
+        }
+        history_.calls.push_back(std::move(call));
+    }
+}
+
+void TraceReader::readEffect(std::size_t at, const Entry& entry) {
+    if (entry.field("name") == "fetchTaggingSessions") {
+        fetches_[{entry.host, entry.field("call")}] = number<std::uint64_t>(entry.field("sequence"));
+        return;
+    }
+    const auto found = calls_.find({entry.host, entry.field("call")});
+    if (found == calls_.end()) {
+        return;
+    }
+    Call& call = history_.calls[found->second];
+    const AcceptedCall* accepted = acceptedCall(call, entry);
+    if (call.accepted == nullptr) {
+        call.effect = at;
+        call.accepted = accepted;
+    }
+}
+
+const AcceptedCall* TraceReader::acceptedCall(const Call& call, const Entry& effect) {
+    const auto session = history_.record.sessions.find(std::string(effect.field("taggingSessionId")));
+    if (session == history_.record.sessions.end()) {
+        return nullptr;
+    }
+    // The effects stand in the order of the log. One that the cloud has refused is not in it.
+    std::size_t& matched = logs_[&session->second];
+    if (matched == session->second.log.size()) {
+        return nullptr;
+    }
+    const AcceptedCall& next = session->second.log[matched];
+    const bool isThis = nameOf(next.operation) == call.name &&
+                        next.sequenceAfter == number<std::uint64_t>(effect.field("sequence")) &&
+                        isAbout(next, call);
+    if (!isThis) {
+        return nullptr;
+    }
+    ++matched;
+    return &next;
+}
+
+void TraceReader::readAnswer(std::size_t at, const Entry& entry) {
+    if (entry.field("name") == "fetchTaggingSessions") {
+        const auto fetch = fetches_.find({entry.host, entry.field("call")});
+        const auto stay = pulling_.find(entry.host);
+        if (fetch != fetches_.end() && stay != pulling_.end() && entry.field("error").empty()) {
+            running_[stay->second].fetched = fetch->second;
+        }
+        return;
+    }
+    const auto found = calls_.find({entry.host, entry.field("call")});
+    if (found != calls_.end()) {
+        Call& call = history_.calls[found->second];
+        call.answered = at;
+        call.failed = !entry.field("error").empty();
+        call.isFalse = entry.field("answer") == "false";
+        call.answer = parts(entry.field("ids"));
+    }
+}
+
+void TraceReader::readDelivery(const Entry& entry) {
+    const auto stay = subscriptions_.find({entry.host, entry.field("subscription")});
+    if (stay != subscriptions_.end() && stay->second != never) {
+        running_[stay->second].delivered.push_back(number<std::uint64_t>(entry.field("sequence")));
+    }
+}
+
+void TraceReader::readBlock(std::size_t at, const Entry& entry) {
+    const auto stays = staysOf_.find(entry.field("timelineId"));
+    if (stays == staysOf_.end()) {
+        return;
+    }
+    // Blocks of a synchroniser that was cancelled may run beside those of its successor: whose number goes on with this one?
+    const auto block = number<std::uint64_t>(entry.field("number"));
+    const bool starts = entry.kind == TraceKind::blockStart;
+    std::size_t chosen = never;
+    for (const std::size_t index : stays->second) {
+        const std::uint64_t last = running_[index].lastBlock;
+        const bool fits = starts ? last < block : last == block;
+        if (history_.stays[index].stay->from <= at && fits &&
+            (chosen == never || last >= running_[chosen].lastBlock)) {
+            chosen = index;
+        }
+    }
+    if (chosen == never) {
+        return;
+    }
+    Running& running = running_[chosen];
+    running.event.reset();
+    if (!starts) {
+        return;
+    }
+    running.lastBlock = block;
+    running.blockStart = at;
+    const std::string_view kind = entry.field("kind");
+    if (kind == "event" && !running.delivered.empty()) {
+        running.event = running.delivered.front();
+        running.delivered.pop_front();
+    } else if (kind == "pull" || kind == "reconnection") {
+        pulling_[entry.host] = chosen;
+    }
+}
+
+void TraceReader::readCount(std::size_t at, const Entry& entry) {
+    const std::size_t stay = stayOf(at, entry.field("timelineId"));
+    if (stay == never) {
+        return;
+    }
+    StayHistory& history = history_.stays[stay];
+    history.counts.push_back(at);
+    if (entry.field("reason") == "applied") {
+        const Running& running = running_[stay];
+        history.arrivals.push_back(
+            {running.blockStart, at, !running.event, running.event.value_or(running.fetched)});
+    }
+}
+
+void TraceReader::readUpload(std::size_t at, const Entry& entry) {
+    const std::string_view upload = entry.field("number");
+    if (entry.kind == TraceKind::uploadStart) {
+        const std::size_t stay = stayOf(at, entry.field("timelineId"));
+        if (stay != never) {
+            history_.stays[stay].uploads.push_back({at, never, upload,
+                                                    number<std::int64_t>(entry.field("first")),
+                                                    number<std::int64_t>(entry.field("last")), false});
+        }
+        return;
+    }
+    const auto stays = staysOf_.find(entry.field("timelineId"));
+    if (stays == staysOf_.end()) {
+        return;
+    }
+    for (const std::size_t index : stays->second) {
+        for (Upload& candidate : history_.stays[index].uploads) {
+            if (candidate.number == upload && candidate.end == never) {
+                candidate.end = at;
+                candidate.succeeded = entry.field("succeeded") == "true";
+                return;
+            }
+        }
+    }
+}
+
+void TraceReader::readEdit(std::size_t at, const Entry& entry) {
+    UserEdit edit;
+    edit.at = at;
+    edit.kind = kindOf(entry.field("what"));
+    edit.analyst = entry.host;
+    edit.timelineId = entry.field("timelineId");
+    edit.count = number<std::int64_t>(entry.field("count"));
+    edit.row = entry.field("row");
+    edit.name = entry.field("name");
+    edit.oldName = entry.field("oldName");
+    edit.color = entry.field("color");
+    edit.start = number<double>(entry.field("start"));
+    edit.end = number<double>(entry.field("end"));
+    edit.notes = entry.field("notes");
+    if (const std::string_view clip = entry.field("clip"); !clip.empty()) {
+        edit.clips = {clip};
+        edit.moments = {entry.field("moment")};
+    } else {
+        edit.clips = parts(entry.field("clips"));
+        edit.moments = parts(entry.field("moments"));
+        edit.moments.resize(edit.clips.size());
+    }
+    const std::size_t stay = stayOf(at, edit.timelineId);
+    if (stay != never && (at < history_.stays[stay].stay->to || history_.stays[stay].stay->to == 0)) {
+        edit.stay = stay;
+        history_.stays[stay].edits.push_back(history_.edits.size());
+    }
+    history_.edits.push_back(std::move(edit));
+}
+
+void TraceReader::readFault(std::size_t at, const Entry& entry) {
+    if (entry.field("what") != "withdrawCodingTarget") {
+        return;
+    }
+    auto& spans = history_.withoutTarget[entry.host];
+    if (entry.field("state") == "begins") {
+        spans.emplace_back(at, never);
+    } else if (!spans.empty()) {
+        spans.back().second = at;
+    }
+}
+
+}  // namespace Simulator
