@@ -15,7 +15,7 @@ bool continues(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) ==
 std::size_t bytesOf(std::string_view text, std::size_t characters) {
     std::size_t bytes = 0;
     while (bytes < text.size() && (characters > 0 || continues(text[bytes]))) {
-        characters -= continues(text[bytes]) ? 0 : 1;
+        characters -= continues(text[bytes]) ? 0U : 1U;
         ++bytes;
     }
     return bytes;
