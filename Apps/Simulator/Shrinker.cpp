@@ -136,8 +136,10 @@ private:
         for (std::size_t index = 0; index < best_.steps.size() && triesLeft_ > 0; ++index) {
             const Base::Seconds from = index == 0 ? Base::Seconds(0) : best_.steps[index - 1].at;
             const Base::Seconds at = best_.steps[index].at;
+            const Base::Seconds second(1);
             for (const Base::Seconds earlier :
-                 {from, from + Base::Seconds(1), rounded(at, 1), rounded(at, 10), rounded(at, 100)}) {
+                 {from, from + second, from + 5 * second, from + 10 * second, from + (at - from) / 2,
+                  rounded(at, 1), rounded(at, 10), rounded(at, 100)}) {
                 if (from <= earlier && earlier < best_.steps[index].at &&
                     acceptSteps(withStepAt(index, earlier))) {
                     break;
