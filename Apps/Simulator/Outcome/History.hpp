@@ -41,6 +41,7 @@ struct UserEdit {
     std::string_view name;
     std::string_view oldName;
     std::string_view color;
+    std::string_view to;  ///< which place, from 0
     double start = 0;
     double end = 0;
     std::string_view notes;

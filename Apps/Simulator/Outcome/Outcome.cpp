@@ -12,6 +12,7 @@ Outcome judgeOutcome(const Record& record) {
     const History history(record);
     Losses losses = compareTimelines(history);
     std::ranges::move(findLostClipEdits(history), std::back_inserter(losses));
+    std::ranges::move(findLostRowEdits(history), std::back_inserter(losses));
     for (const Loss& loss : losses) {
         outcome.findings.emplace_back(std::string(nameOf(loss.kind)), loss.what);
     }
