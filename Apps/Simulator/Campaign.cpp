@@ -1,7 +1,7 @@
 #include "Apps/Simulator/Campaign.hpp"
 
-#include "Apps/Simulator/FailureReport.hpp"
 #include "Apps/Simulator/InOrder.hpp"
+#include "Apps/Simulator/Runner.hpp"
 
 #include <algorithm>
 #include <cctype>
@@ -41,12 +41,13 @@ std::string fileNameOf(std::string name) {
 
 }  // namespace
 
-Campaign::Campaign(const Options& options, std::ostream& out, std::ostream& progress)
+Campaign::Campaign(const Options& options, std::ostream& out, std::ostream& progress, Judge judge)
     : options_(options),
       out_(out),
       progress_(progress),
       jobs_(options.jobs != 0 ? options.jobs : std::max(1U, std::thread::hardware_concurrency())),
       tries_(options.tries.value_or(usualTries)),
+      judge_(std::move(judge)),
       start_(secondsNow()) {}
 
 bool Campaign::run() {
@@ -54,7 +55,7 @@ bool Campaign::run() {
         options_.numberOfSeeds(), jobs_,
         [this](std::size_t number) {
             const std::uint64_t seed = options_.firstSeed + number;
-            return SeedResult(seed, Trial(makePlan(seed, options_.plan), isRepeated(seed)));
+            return SeedResult(seed, Trial(makePlan(seed, options_.plan), isRepeated(seed), judge_));
         },
         [this](const SeedResult& result) { return take(result); });
     const double time = wallTime();
@@ -99,20 +100,19 @@ void Campaign::reportFailures() {
     if (failures_.empty()) {
         return;
     }
-    plansFolder_ = folderOrTemporary(options_.plansFolder);
+    const Shortening shortening{tries_, folderOrTemporary(options_.plansFolder), judge_};
     progress_ << "Shortening the plans of what failed ..." << std::endl;
     inOrder<std::string>(
-        failures_.size(), jobs_, [this](std::size_t number) { return reportOf(failures_[number]); },
+        failures_.size(), jobs_, [&](std::size_t number) { return reportOf(failures_[number], shortening); },
         [this](const std::string& report) {
             out_ << report << '\n' << std::flush;
             return true;
         });
 }
 
-std::string Campaign::reportOf(const Failure& failure) {
+std::string Campaign::reportOf(const Failure& failure, const Shortening& shortening) const {
     std::ostringstream report;
-    const Trial trial(makePlan(failure.seed, options_.plan));
-    const Plan& plan = trial.record.plan;
+    const Plan plan = makePlan(failure.seed, options_.plan);
     report << "Seed " << failure.seed << " breaks \"" << failure.rule << "\" (" << plan.analysts
            << " analysts, " << plan.steps.size() << " steps):\n";
     Findings findings = failure.findings;
@@ -120,44 +120,48 @@ std::string Campaign::reportOf(const Failure& failure) {
         return std::pair(one.rule != failure.rule, one.entry) <
                std::pair(other.rule != failure.rule, other.entry);
     });
-    writeFindings(report, findings, trial.record);
+    writeFindings(report, findings, ::Simulator::run(plan));
     report << "  again:   " << commandOf(failure.seed, options_.plan) << '\n';
-    writeShortest(report, plan, failure.rule, tries_, plansFolder_,
+    writeShortest(report, plan, failure.rule, shortening,
                   "seed-" + std::to_string(failure.seed) + '-' + fileNameOf(failure.rule));
     return report.str();
 }
 
 void Campaign::saveClasses() {
-    std::filesystem::create_directories(*options_.classesFolder);
+    const Shortening shortening{tries_, folderOrTemporary(options_.classesFolder), judge_};
     progress_ << "Shortening a plan for each class of loss ..." << std::endl;
     const std::vector<std::pair<std::string, Tally::Met>> classes(tally_.losses().begin(),
                                                                   tally_.losses().end());
     inOrder<std::string>(
         classes.size(), jobs_,
         [&](std::size_t number) {
-            const auto& [name, met] = classes[number];
-            const auto isShown = [&lossClass = name](const Trial& trial) {
-                return failuresOf(trial.verdict, trial.record.plan.brokenRules).empty() &&
-                       std::ranges::find(trial.verdict.outcome.explained, lossClass,
-                                         &ExplainedLoss::lossClass) != trial.verdict.outcome.explained.end();
-            };
-            const ShortPlan shortened = shortenAndSave(
-                makePlan(met.smallestSeed, options_.plan), false, isShown, tries_, *options_.classesFolder,
-                fileNameOf(name), "shows \"" + name + "\"; from seed " + std::to_string(met.smallestSeed));
-            std::ostringstream report;
-            report << '"' << name << "\" in " << shortened.plan.steps.size() << " steps, after "
-                   << shortened.tries << " tries:\n";
-            const Trial trial(shortened.plan);
-            for (const ExplainedLoss& loss : trial.verdict.outcome.explained) {
-                report << "  " << loss.lossClass << ": " << loss.what << '\n';
-            }
-            writeShortPlan(report, shortened);
-            return report.str();
+            return reportOf(classes[number].first, classes[number].second, shortening);
         },
         [this](const std::string& report) {
             out_ << report << '\n' << std::flush;
             return true;
         });
+}
+
+std::string Campaign::reportOf(const std::string& lossClass, const Tally::Met& met,
+                               const Shortening& shortening) const {
+    const auto isShown = [&](const Trial& trial) {
+        const auto& losses = trial.verdict.outcome.explained;
+        return failuresOf(trial.verdict, trial.record.plan.brokenRules).empty() &&
+               std::ranges::find(losses, lossClass, &ExplainedLoss::lossClass) != losses.end();
+    };
+    const std::string about = "shows \"" + lossClass + "\"; from seed " + std::to_string(met.smallestSeed);
+    const ShortPlan shortened = shortenAndSave(makePlan(met.smallestSeed, options_.plan), false, isShown,
+                                               shortening, fileNameOf(lossClass), about);
+    std::ostringstream report;
+    report << '"' << lossClass << "\" in " << shortened.plan.steps.size() << " steps, after "
+           << shortened.tries << " tries:\n";
+    const Trial trial(shortened.plan, false, judge_);
+    for (const ExplainedLoss& loss : trial.verdict.outcome.explained) {
+        report << "  " << loss.lossClass << ": " << loss.what << '\n';
+    }
+    writeShortPlan(report, shortened);
+    return report.str();
 }
 
 bool Campaign::checkCoverage() {

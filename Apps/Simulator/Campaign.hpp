@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Apps/Simulator/FailureReport.hpp"
 #include "Apps/Simulator/Options.hpp"
 #include "Apps/Simulator/Tally.hpp"
 
-#include <filesystem>
 #include <iosfwd>
 #include <string>
 #include <vector>
@@ -14,7 +14,8 @@ namespace Simulator {
 class Campaign {
 public:
     /// The report goes to `out`, how far it is to `progress`. All outlive it.
-    Campaign(const Options& options, std::ostream& out, std::ostream& progress);
+    Campaign(const Options& options, std::ostream& out, std::ostream& progress,
+             Judge judge = Simulator::judge);
 
     /// False when something failed. Throws `std::runtime_error` when a file cannot be written.
     [[nodiscard]] bool run();
@@ -31,7 +32,9 @@ private:
     void tellProgress(bool isLast);
     [[nodiscard]] double wallTime() const;
     void reportFailures();
-    [[nodiscard]] std::string reportOf(const Failure& failure);
+    [[nodiscard]] std::string reportOf(const Failure& failure, const Shortening& shortening) const;
+    [[nodiscard]] std::string reportOf(const std::string& lossClass, const Tally::Met& met,
+                                       const Shortening& shortening) const;
     void saveClasses();
     [[nodiscard]] bool checkCoverage();
 
@@ -40,11 +43,11 @@ private:
     std::ostream& progress_;
     const std::size_t jobs_;
     const std::size_t tries_;
+    const Judge judge_;
     const double start_;
     double lastProgress_ = 0;
     Tally tally_;
     std::vector<Failure> failures_;
-    std::filesystem::path plansFolder_;
 };
 
 }  // namespace Simulator

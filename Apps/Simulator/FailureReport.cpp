@@ -1,8 +1,8 @@
 #include "Apps/Simulator/FailureReport.hpp"
 
 #include "Apps/Simulator/Options.hpp"
+#include "Apps/Simulator/Runner.hpp"
 #include "Apps/Simulator/Shrinker.hpp"
-#include "Apps/Simulator/Verdict.hpp"
 
 #include <algorithm>
 #include <cstdlib>
@@ -48,24 +48,23 @@ std::string inShell(const std::string& path) {
 }  // namespace
 
 ShortPlan shortenAndSave(const Plan& plan, bool twice, const std::function<bool(const Trial&)>& stillSo,
-                         std::size_t tries, const std::filesystem::path& folder, const std::string& name,
-                         const std::string& about) {
+                         const Shortening& shortening, const std::string& name, const std::string& about) {
     ShortPlan shortened;
     shortened.plan = shrink(
         plan,
         [&](const Plan& candidate) {
             ++shortened.tries;
-            return stillSo(Trial(candidate, twice));
+            return stillSo(Trial(candidate, twice, shortening.judge));
         },
-        tries);
-    shortened.planFile = folder / (name + ".plan");
-    shortened.traceFile = folder / (name + ".trace");
-    const Trial trial(shortened.plan);
+        shortening.tries);
+    shortened.planFile = shortening.folder / (name + ".plan");
+    shortened.traceFile = shortening.folder / (name + ".trace");
+    const Record record = run(shortened.plan);
     saveFile(shortened.planFile, [&](std::ostream& stream) {
         stream << "# " << about << '\n';
         write(stream, shortened.plan);
     });
-    saveFile(shortened.traceFile, [&](std::ostream& stream) { writeTrace(stream, trial.record); });
+    saveFile(shortened.traceFile, [&](std::ostream& stream) { writeTrace(stream, record); });
     return shortened;
 }
 
@@ -87,14 +86,14 @@ void writeFindings(std::ostream& stream, const Findings& findings, const Record&
     }
 }
 
-void writeShortest(std::ostream& stream, const Plan& plan, const std::string& rule, std::size_t tries,
-                   const std::filesystem::path& folder, const std::string& name) {
+void writeShortest(std::ostream& stream, const Plan& plan, const std::string& rule,
+                   const Shortening& shortening, const std::string& name) {
     const bool twice = rule == "repeats";
     const ShortPlan shortened = shortenAndSave(
         plan, twice,
-        [&](const Trial& run) { return hasRule(failuresOf(run.verdict, plan.brokenRules), rule); }, tries,
-        folder, name, "breaks \"" + rule + "\"; from seed " + std::to_string(plan.seed));
-    const Trial last(shortened.plan, twice);
+        [&](const Trial& run) { return hasRule(failuresOf(run.verdict, plan.brokenRules), rule); },
+        shortening, name, "breaks \"" + rule + "\"; from seed " + std::to_string(plan.seed));
+    const Trial last(shortened.plan, twice, shortening.judge);
     stream << "The shortest plan found that still breaks \"" << rule << "\", after " << shortened.tries
            << " tries: " << shortened.plan.analysts << " analysts, " << shortened.plan.steps.size()
            << " steps:\n";

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "Apps/Simulator/Finding.hpp"
 #include "Apps/Simulator/Plan.hpp"
-#include "Apps/Simulator/Record.hpp"
+#include "Apps/Simulator/Verdict.hpp"
 
 #include <cstddef>
 #include <cstdint>
@@ -14,8 +13,6 @@
 
 namespace Simulator {
 
-struct Trial;
-
 /// A plan that was shortened, and where it was put.
 struct ShortPlan {
     Plan plan;
@@ -24,19 +21,26 @@ struct ShortPlan {
     std::string traceFile;
 };
 
-/// Shortens the plan for as long as its runs are `stillSo`, and saves it and the trace of its run as `folder`/`name`.plan and
-/// .trace. `about` becomes the file's first comment. Throws `std::runtime_error` when a file cannot be written.
+/// How plans are shortened, and where the results go.
+struct Shortening {
+    std::size_t tries = 0;
+    std::filesystem::path folder;
+    Judge judge = Simulator::judge;
+};
+
+/// Shortens the plan for as long as its runs are `stillSo`, and saves it and the trace of its run as `name`.plan and .trace.
+/// `about` becomes the file's first comment. Throws `std::runtime_error` when a file cannot be written.
 [[nodiscard]] ShortPlan shortenAndSave(const Plan& plan, bool twice,
-                                       const std::function<bool(const Trial&)>& stillSo, std::size_t tries,
-                                       const std::filesystem::path& folder, const std::string& name,
+                                       const std::function<bool(const Trial&)>& stillSo,
+                                       const Shortening& shortening, const std::string& name,
                                        const std::string& about);
 
 /// The findings in words, each with the line of the trace that it points at.
 void writeFindings(std::ostream& stream, const Findings& findings, const Record& record);
 
 /// Shortens a plan whose run breaks the rule, saves what comes of it, and tells about it.
-void writeShortest(std::ostream& stream, const Plan& plan, const std::string& rule, std::size_t tries,
-                   const std::filesystem::path& folder, const std::string& name);
+void writeShortest(std::ostream& stream, const Plan& plan, const std::string& rule,
+                   const Shortening& shortening, const std::string& name);
 
 /// The folder, made when it is not there yet; without a name a new temporary one.
 [[nodiscard]] std::filesystem::path folderOrTemporary(const std::optional<std::string>& name);

@@ -68,8 +68,8 @@ bool runOnce(const Options& options, std::ostream& out) {
     out << (failures.empty() ? "Nothing failed.\n" : "FAILED:\n");
     writeFindings(out, failures, trial.record);
     if (!failures.empty() && options.tries.value_or(0) > 0) {
-        writeShortest(out, plan, failures.front().rule, *options.tries,
-                      folderOrTemporary(options.plansFolder), "shortest");
+        writeShortest(out, plan, failures.front().rule,
+                      {*options.tries, folderOrTemporary(options.plansFolder)}, "shortest");
     }
     return failures.empty();
 }

@@ -102,7 +102,7 @@ private:
             trySome(index, {0, 1, 2, 3}, &Step::other);
             const double amount = best_.steps[index].amount;
             trySome(index, {0.0, 1.0, std::floor(amount / 2), std::round(amount)}, &Step::amount);
-            trySome(index, {best_.steps[index].analyst % best_.analysts}, &Step::analyst);
+            trySome(index, {std::size_t{0}, best_.steps[index].analyst % best_.analysts}, &Step::analyst);
         }
     }
 

@@ -60,7 +60,7 @@ Verdict judge(const Record& record) {
     return verdict;
 }
 
-Trial::Trial(const Plan& plan, bool twice) : record(run(plan)), verdict(judge(record)) {
+Trial::Trial(const Plan& plan, bool twice, const Judge& judge) : record(run(plan)), verdict(judge(record)) {
     if (twice) {
         std::ranges::move(checkRepeats(record, run(plan)), std::back_inserter(verdict.findings));
     }

@@ -4,6 +4,7 @@
 #include "Apps/Simulator/Outcome/Outcome.hpp"
 #include "Apps/Simulator/Record.hpp"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -19,10 +20,13 @@ struct Verdict {
 /// A run that crashed or never settled has no outcome to judge.
 [[nodiscard]] Verdict judge(const Record& record);
 
+/// Any thread, several at a time.
+using Judge = std::function<Verdict(const Record&)>;
+
 /// Runs the plan and judges the run.
 struct Trial {
     /// `twice`: runs it a second time, too, and compares the two traces.
-    explicit Trial(const Plan& plan, bool twice = false);
+    explicit Trial(const Plan& plan, bool twice = false, const Judge& judge = Simulator::judge);
 
     Record record;
     Verdict verdict;
