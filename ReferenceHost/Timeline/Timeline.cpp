@@ -137,7 +137,8 @@ std::shared_ptr<PartialTimeline> Timeline::changesSince(std::int64_t modifyCount
               [](const auto& left, const auto& right) { return left->order() < right->order(); });
     for (const auto& instance : changed) {
         const auto row = rows.copyOf(instance->row_.lock());
-        row->append(rules_->partialIsDetached ? instance->detachedCopy(row) : instance);
+        const auto knownRow = rules_->partialKnowsRows ? row : nullptr;
+        row->append(rules_->partialIsDetached ? instance->detachedCopy(knownRow) : instance);
     }
 
     contents.rows = rows.fromTopToBottom();
@@ -181,26 +182,6 @@ std::shared_ptr<TimelineRow> Timeline::rowAt(std::int64_t index) const {
 std::shared_ptr<TimelineInstance> Timeline::findInstance(const std::string& instanceId) const {
     const auto* entry = instanceLog_.findPresent(instanceId);
     return entry != nullptr ? entry->object : nullptr;
-}
-
-std::shared_ptr<TimelineInstance> Timeline::findInstanceOf(const std::string& externalId) const {
-    const auto entries = byExternalId_.find(externalId);
-    if (entries == byExternalId_.end()) {
-        return nullptr;
-    }
-    for (const InstanceEntry* entry : entries->second) {
-        if (!entry->removed && entry->object->externalId() == externalId) {
-            return entry->object;
-        }
-    }
-    return nullptr;
-}
-
-void Timeline::recordCall(const char* call, CallArguments arguments) const {
-    if (options_.recordCall) {
-        arguments.insert(arguments.begin(), {"timelineId", uniqueId()});
-        options_.recordCall(call, std::move(arguments));
-    }
 }
 
 std::size_t Timeline::numberOfRows() const { return rows_.elements().size(); }

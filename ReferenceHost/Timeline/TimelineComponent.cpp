@@ -52,7 +52,6 @@ Base::Result<void> TimelineComponent::openLiveShareWithShareFiles(
     if (shareFiles.empty()) {
         return Base::failure<void>(Base::DescribedError("There is no file to open"));
     }
-
     const auto& title = shareFiles.front().video.name;
     if (liveShares.completesInsideCall) {
         liveShareIsOpen(title, liveShares, completionHandler);
@@ -74,10 +73,7 @@ void TimelineComponent::liveShareIsOpen(
     if (!behaviour.completes) {
         return;
     }
-    std::optional<std::string> videoId;
-    if (!behaviour.completesWithoutId) {
-        videoId = reopenLiveShare(behaviour.onTimeline);
-    }
+    auto videoId = behaviour.completesWithoutId ? std::nullopt : reopenLiveShare(behaviour.onTimeline);
     if (!behaviour.completesWithoutId && !videoId) {
         videoId = makeId_();
         if (behaviour.opensTimeline && behaviour.timelineLag > Base::Seconds(0)) {
@@ -102,10 +98,9 @@ void TimelineComponent::openLiveShare(const std::string& title, const std::strin
     open_.back().showsLiveShare = true;
 }
 
-/// The id of the video that the timeline shows again; absent when there is no such timeline.
 std::optional<std::string> TimelineComponent::reopenLiveShare(const std::optional<std::string>& timelineId) {
     for (Open& open : open_) {
-        if (open.timeline->uniqueId() == timelineId && open.timeline->videoId()) {
+        if (open.timeline->uniqueId() == timelineId) {
             open.showsLiveShare = true;
             return open.timeline->videoId();
         }
@@ -129,9 +124,7 @@ void TimelineComponent::stopLiveShareWithTimelineId(const std::optional<std::str
         recordCall_("stopLiveShareWithTimelineId", {{"timelineId", timelineId.value_or("")}});
     }
     for (Open& open : open_) {
-        if (open.timeline->uniqueId() == timelineId) {
-            open.showsLiveShare = false;
-        }
+        open.showsLiveShare = open.showsLiveShare && open.timeline->uniqueId() != timelineId;
     }
 }
 

@@ -28,7 +28,7 @@ struct LiveShareBehaviour {
     bool completesInBackground = false;  ///< the completion is called off the main thread
     bool completesInsideCall = false;    ///< opens the timeline and completes before the call returns
     std::optional<std::string>
-        onTimeline{};  ///< set: shown on this timeline again, if it still is open and showed one
+        onTimeline{};  ///< set: shown on this timeline again, if it is still open and showed one
 };
 
 /// The host's open timelines, each in a window that has its title; closing the window closes the timeline. Main thread only.
@@ -106,6 +106,7 @@ private:
 
     [[nodiscard]] const Open* find(const std::string& timelineId) const;
     void openLiveShare(const std::string& title, const std::string& videoId);
+    /// The id of the video that the timeline shows again; absent when there is none.
     [[nodiscard]] std::optional<std::string> reopenLiveShare(const std::optional<std::string>& timelineId);
     void liveShareIsOpen(const std::string& title, const LiveShareBehaviour& behaviour,
                          const std::function<void(std::optional<std::string>)>& completionHandler);

@@ -33,6 +33,9 @@ struct TimelineRules {
     /// A partial timeline's clips are copies. Off: they are the live ones.
     bool partialIsDetached = true;
 
+    /// A partial timeline's clips know their rows. Off: they know none.
+    bool partialKnowsRows = true;
+
     /// A partial timeline tells the count up to which it holds the changes. Off: it tells the count asked
     /// for.
     bool partialTellsItsCount = true;

@@ -85,6 +85,7 @@ TEST(TimelineContractTest, NoticesEachBrokenRule) {
         {&Rules::componentEditsAreAnnounced, &targetEdits},
         {&Rules::partialIncludesHigher, &partialFromCount},
         {&Rules::partialIsDetached, &reading},
+        {&Rules::partialKnowsRows, &partialRows},
         {&Rules::partialTellsItsCount, &partialFromCount},
         {&Rules::deletedRowsListTheirInstances, &deletions},
         {&Rules::undoneDeletionsAreNotListed, &deletions}};
