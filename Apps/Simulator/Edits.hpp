@@ -60,6 +60,10 @@ private:
     [[nodiscard]] static std::string clipsOf(const ReferenceHost::TimelineRow& row);
     [[nodiscard]] static std::string momentsOf(const ReferenceHost::TimelineRow& row);
 
+    /// Names that several analysts may hit upon.
+    [[nodiscard]] static std::string commonName(std::uint32_t choice);
+    [[nodiscard]] static Deed noRow() { return nothingToDo("there is no such row"); }
+
     void record(Action what, ReferenceHost::TraceFields fields);
 
     Seat& seat_;

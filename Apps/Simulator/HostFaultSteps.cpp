@@ -68,6 +68,13 @@ std::optional<Deed> Faults::prepareHost(const Step& step) {
             bool& comeLater = seat_.host().timelines().insertionCallbacksComeLater;
             begin(step.action, step.amount, [&] { comeLater = true; }, [&comeLater] { comeLater = false; });
         });
+    case Action::copiesLoseRows:
+        return doing([this, step] {
+            bool& knowRows = seat_.host().timelines().rules().partialKnowsRows;
+            begin(
+                step.action, step.amount, [&] { knowRows = false; },
+                [&knowRows, usual = knowRows] { knowRows = usual; });
+        });
     case Action::cancelSleeps:
         return cancelSleeps(step);
     default:

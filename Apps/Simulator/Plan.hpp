@@ -33,7 +33,7 @@ enum class Action : std::uint8_t {
 
     // Sessions.
     closeTimeline,  ///< the analyst closes the timeline's window
-    leave,          ///< a guest leaves, or the host ends the session
+    leave,          ///< a guest leaves, or the host ends the session (and goes on capturing, `object` odd)
     leaveByPrompt,  ///< the same, when asked whether to; `object` odd: says no, or there is no window to ask on
     streamEnds,     ///< the host's stream is over for good; the sharing goes on
     join,  ///< an analyst who is in no session joins the live one (with the old timeline open, `object` odd)
@@ -49,7 +49,7 @@ enum class Action : std::uint8_t {
     joinWithoutTimeline,
     joinLate,          ///< the timeline is there `amount` seconds after the live share
     joinOtherSession,  ///< one that the video has beside its primary one
-    endUnknown,        ///< the end of a session that there is not
+    endUnknown,  ///< the end of a session that there is not; with `object` odd, the question whether to end it
     strayNotifications,
 
     // Faults of one analyst's calls: the next call of one operation.
@@ -75,6 +75,7 @@ enum class Action : std::uint8_t {
     // Faults of a host.
     withdrawCodingTarget,  ///< for `amount` seconds
     insertionsComeLater,   ///< the coding target's callbacks come as jobs of their own, for `amount` seconds
+    copiesLoseRows,        ///< the clips that an upload reads know no row, for `amount` seconds
     cancelSleeps,  ///< each wait is cancelled, for `amount` seconds; there is a reconnection that has to wait
 
     // The stream.

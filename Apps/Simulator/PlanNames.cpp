@@ -106,6 +106,8 @@ const char* nameOf(Action action) {
         return "withdrawCodingTarget";
     case Action::insertionsComeLater:
         return "insertionsComeLater";
+    case Action::copiesLoseRows:
+        return "copiesLoseRows";
     case Action::cancelSleeps:
         return "cancelSleeps";
     case Action::streamBreaks:

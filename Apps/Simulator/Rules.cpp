@@ -40,6 +40,7 @@ constexpr std::array timelineRules{
     NamedRule<TimelineRules>("componentEditsAreAnnounced", &TimelineRules::componentEditsAreAnnounced),
     NamedRule<TimelineRules>("partialIncludesHigher", &TimelineRules::partialIncludesHigher),
     NamedRule<TimelineRules>("partialIsDetached", &TimelineRules::partialIsDetached),
+    NamedRule<TimelineRules>("partialKnowsRows", &TimelineRules::partialKnowsRows),
     NamedRule<TimelineRules>("partialTellsItsCount", &TimelineRules::partialTellsItsCount),
     NamedRule<TimelineRules>("deletedRowsListTheirInstances", &TimelineRules::deletedRowsListTheirInstances),
     NamedRule<TimelineRules>("undoneDeletionsAreNotListed", &TimelineRules::undoneDeletionsAreNotListed),

@@ -205,14 +205,16 @@ std::vector<std::string> Seat::underWay() {
     return found;
 }
 
-void Seat::leave() {
+void Seat::leave(bool captureGoesOn) {
     if (!stay_) {
         return;
     }
     const std::string timelineId = stay()->timelineId;
     if (stay()->isHost) {
         component_->endRemoteCodingSession(timelineId);
-        host_.stopCapture();
+        if (!captureGoesOn) {
+            host_.stopCapture();
+        }
         world_.offer.reset();
     } else {
         component_->exitRemoteCodingSession(timelineId);

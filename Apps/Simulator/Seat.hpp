@@ -70,8 +70,8 @@ public:
     /// The status and the picture of the stay as it is now.
     void lookAtStay();
 
-    /// Leaves or ends whatever session there is, without asking.
-    void leave();
+    /// Leaves or ends whatever session there is, without asking. A host's capture can go on.
+    void leave(bool captureGoesOn = false);
 
     /// Stops the host and lets go of the component. False when somebody else still holds the component.
     bool shutDown();

@@ -116,7 +116,13 @@ Deed prepareFailingSession(Seat& seat, const Step& step) {
     case Action::hostRefused:
         return prepareFailingHosting(seat, step);
     case Action::endUnknown:
-        return doing([&seat] { seat.component().endRemoteCodingSession("no timeline"); });
+        return doing([&seat, asks = step.object % 2 == 1] {
+            if (asks) {
+                seat.component().promptExitRemoteCodingSession(nullptr, "no timeline");
+            } else {
+                seat.component().endRemoteCodingSession("no timeline");
+            }
+        });
     case Action::strayNotifications:
         return doing([&seat] { tellStrayNotifications(seat); });
     default:

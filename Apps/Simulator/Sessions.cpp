@@ -33,8 +33,9 @@ Deed prepareClosing(Seat& seat) {
     return doing([&seat, id = timeline->uniqueId()] { seat.host().closeTimeline(id); });
 }
 
-Deed prepareLeaving(Seat& seat) {
-    return seat.stay() != nullptr ? doing([&seat] { seat.leave(); }) : nothingToDo("in no session");
+Deed prepareLeaving(Seat& seat, const Step& step) {
+    return seat.stay() != nullptr ? doing([&seat, step] { seat.leave(step.object % 2 == 1); })
+                                  : nothingToDo("in no session");
 }
 
 Deed prepareLeavingByPrompt(Seat& seat, const Step& step) {
@@ -145,7 +146,7 @@ Deed prepareSession(Seat& seat, const Step& step) {
     case Action::closeTimeline:
         return prepareClosing(seat);
     case Action::leave:
-        return prepareLeaving(seat);
+        return prepareLeaving(seat, step);
     case Action::leaveByPrompt:
         return prepareLeavingByPrompt(seat, step);
     case Action::streamEnds:
