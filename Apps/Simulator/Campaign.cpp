@@ -157,10 +157,12 @@ std::string Campaign::reportOf(const std::string& lossClass, const Tally::Met& m
     report << '"' << lossClass << "\" in " << shortened.plan.steps.size() << " steps, after "
            << shortened.tries << " tries:\n";
     const Trial trial(shortened.plan, false, judge_);
+    std::string what;
     for (const ExplainedLoss& loss : trial.verdict.outcome.explained) {
         report << "  " << loss.lossClass << ": " << loss.what << '\n';
+        what = what.empty() && loss.lossClass == lossClass ? loss.what : what;
     }
-    writeShortPlan(report, shortened);
+    writeShortPlan(report, shortened, what);
     return report.str();
 }
 

@@ -1,5 +1,6 @@
 #include "Apps/Simulator/FailureReport.hpp"
 
+#include "Apps/Simulator/Drawing/ShortIds.hpp"
 #include "Apps/Simulator/Options.hpp"
 #include "Apps/Simulator/Runner.hpp"
 #include "Apps/Simulator/Shrinker.hpp"
@@ -97,8 +98,10 @@ void writeShortest(std::ostream& stream, const Plan& plan, const std::string& ru
     stream << "The shortest plan found that still breaks \"" << rule << "\", after " << shortened.tries
            << " tries: " << shortened.plan.analysts << " analysts, " << shortened.plan.steps.size()
            << " steps:\n";
-    writeFindings(stream, failuresOf(last.verdict, plan.brokenRules), last.record);
-    writeShortPlan(stream, shortened);
+    const Findings findings = failuresOf(last.verdict, plan.brokenRules);
+    writeFindings(stream, findings, last.record);
+    const auto shown = std::ranges::find(findings, rule, &Finding::rule);
+    writeShortPlan(stream, shortened, shown != findings.end() ? shown->what : std::string());
 }
 
 std::filesystem::path folderOrTemporary(const std::optional<std::string>& name) {
@@ -113,7 +116,7 @@ std::filesystem::path folderOrTemporary(const std::optional<std::string>& name) 
     return pattern;
 }
 
-void writeShortPlan(std::ostream& stream, const ShortPlan& shortened) {
+void writeShortPlan(std::ostream& stream, const ShortPlan& shortened, const std::string& what) {
     if (shortened.plan.steps.size() <= mostStepsShown) {
         std::stringstream text;
         write(text, shortened.plan);
@@ -121,9 +124,10 @@ void writeShortPlan(std::ostream& stream, const ShortPlan& shortened) {
             stream << "    " << line << '\n';
         }
     }
+    const std::string subject(firstLongId(what));
     stream << "  plan:    " << shortened.planFile << "\n  replay:  tools/simulate --plan "
            << inShell(shortened.planFile) << "\n  draw:    tools/trace " << inShell(shortened.traceFile)
-           << '\n';
+           << (subject.empty() ? "" : " --about " + subject) << '\n';
 }
 
 std::string commandOf(std::uint64_t seed, const PlanOptions& options) {

@@ -45,8 +45,8 @@ void writeShortest(std::ostream& stream, const Plan& plan, const std::string& ru
 /// The folder, made when it is not there yet; without a name a new temporary one.
 [[nodiscard]] std::filesystem::path folderOrTemporary(const std::optional<std::string>& name);
 
-/// Where the shortened plan lies, and how to run and to look at it. Few steps are shown.
-void writeShortPlan(std::ostream& stream, const ShortPlan& shortened);
+/// Where the shortened plan lies, and how to run it and to look at what `what` tells of. Few steps are shown.
+void writeShortPlan(std::ostream& stream, const ShortPlan& shortened, const std::string& what);
 
 /// The command that runs the plan of a seed again.
 [[nodiscard]] std::string commandOf(std::uint64_t seed, const PlanOptions& options);

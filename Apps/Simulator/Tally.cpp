@@ -81,7 +81,7 @@ void Tally::write(std::ostream& stream, double wallTime) const {
         stream << "What the broken rules cost:\n";
         writeMet(stream, costs_);
     }
-    stream << (losses_.empty() ? "Nothing was lost.\n" : "Losses that are known and explained:\n");
+    stream << (losses_.empty() ? "No known loss was met.\n" : "Losses that are known and explained:\n");
     writeMet(stream, losses_);
     if (failingSeeds_ > 0) {
         stream << "FAILED in " << failingSeeds_ << (failingSeeds_ == 1 ? " seed:\n" : " seeds:\n");

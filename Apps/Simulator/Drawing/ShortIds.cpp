@@ -54,6 +54,16 @@ std::size_t idLength(std::string_view text) {
 
 }  // namespace
 
+std::string_view firstLongId(std::string_view text) {
+    while (!text.empty()) {
+        if (const std::size_t length = idLength(text); length > 0) {
+            return text.substr(0, length);
+        }
+        text.remove_prefix(1);
+    }
+    return {};
+}
+
 ShortIds::ShortIds(const TraceEntries& entries) {
     for (const auto& entry : entries) {
         for (const auto& [name, value] : entry.fields) {
@@ -85,12 +95,9 @@ ShortIds::ShortIds(const TraceEntries& entries) {
 }
 
 void ShortIds::collect(std::string_view text) {
-    while (!text.empty()) {
-        const std::size_t length = idLength(text);
-        if (length > 0) {
-            shortNames_.try_emplace(std::string(text.substr(0, length)));
-        }
-        text.remove_prefix(std::max<std::size_t>(length, 1));
+    for (auto id = firstLongId(text); !id.empty(); id = firstLongId(text)) {
+        shortNames_.try_emplace(std::string(id));
+        text = text.substr(static_cast<std::size_t>(id.data() + id.size() - text.data()));
     }
 }
 
