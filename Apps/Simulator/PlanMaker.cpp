@@ -41,7 +41,8 @@ public:
             takeReturnsBefore(step.at);
             plan_.steps.push_back(step);
             if (isDeparture(step.action) && random_.chance(returnShare)) {
-                returns_.push_back(returnAfter(step));
+                const Step back = returnAfter(step);
+                returns_.insert(std::ranges::upper_bound(returns_, back.at, {}, &Step::at), back);
             }
         }
         plan_.steps.resize(options_.operations);
@@ -118,7 +119,6 @@ private:
     }
 
     void takeReturnsBefore(Base::Seconds moment) {
-        std::ranges::stable_sort(returns_, {}, &Step::at);
         while (!returns_.empty() && returns_.front().at <= moment) {
             plan_.steps.push_back(returns_.front());
             returns_.erase(returns_.begin());
@@ -130,7 +130,7 @@ private:
     const Profile profile_;
     Plan plan_;
     double at_ = 0;
-    std::vector<Step> returns_;  // that are still to come
+    std::vector<Step> returns_;  // that are still to come, in their order
     std::optional<Step> last_;   // an edit that may have a twin
 };
 

@@ -61,6 +61,7 @@ bool switchOff(const Table& table, const std::string& name, Rules& rules) {
 
 std::vector<std::string> allRules() {
     std::vector<std::string> names;
+    names.reserve(cloudRules.size() + timelineRules.size());
     for (const auto& [name, rule] : cloudRules) {
         names.emplace_back(name);
     }

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <future>
 #include <iterator>
+#include <set>
 #include <tuple>
 
 namespace Simulator {
@@ -20,15 +21,15 @@ void expectEqual(const TimelinePicture& timeline, const ReferenceHost::TaggingSe
         return ReferenceHost::CodeRecord{row.name, row.color};
     });
     EXPECT_EQ(rows, *session.presentationView);
-    std::vector<Clip> clips;
+    std::multiset<Clip> clips;
     for (const ClipPicture& clip : timeline.clips) {
-        clips.emplace_back(clip.momentId.value_or("none"), clip.row, clip.start, clip.end, clip.notes);
+        clips.emplace(clip.momentId.value_or("none"), clip.row, clip.start, clip.end, clip.notes);
     }
-    std::vector<Clip> moments;
+    std::multiset<Clip> moments;
     for (const auto& moment : session.moments) {
-        moments.emplace_back(moment->id, moment->code, moment->start, moment->end, moment->notes);
+        moments.emplace(moment->id, moment->code, moment->start, moment->end, moment->notes);
     }
-    EXPECT_TRUE(std::ranges::is_permutation(clips, moments));
+    EXPECT_TRUE(clips == moments);
 }
 
 void expectWhole(const Record& record) {
@@ -39,9 +40,8 @@ void expectWhole(const Record& record) {
 
 TEST(Engine, GivesTheSameTraceForTheSamePlanAlsoBesideOtherRuns) {
     for (std::uint64_t seed = 1; seed <= 8; ++seed) {
-        const Plan plan = makePlan(seed, {});
         auto beside = std::async(std::launch::async, [seed] { return run(makePlan(seed, {})); });
-        const Record record = run(plan);
+        const Record record = run(makePlan(seed, {}));
         EXPECT_TRUE(record.trace == beside.get().trace) << seed;
         expectWhole(record);
     }
