@@ -50,7 +50,8 @@ inline constexpr const char* step = "step";
 /// Edits of clips tell all their values as they are afterwards, and in "moment" the moment that the clip stands for, if one is known.
 /// The removal of a row lists its clips in "clips", separated by commas, and their moments in "moments"; so does the undo of it.
 inline constexpr const char* edit = "edit";
-/// A fault begins or ends. Fields "what" (the action's name), "state" ("begins", "ends") and its own.
+/// A fault begins or ends, or meets an event and goes on. Fields "what" (the action's name), "state" ("begins", "ends", "meets") and
+/// its own: "operation" and "call" of a call that it meets, "subscription" and "sequence" of an event, "seconds" of one that lasts.
 inline constexpr const char* fault = "fault";
 /// An analyst's stay begins or ends. Fields "state", "timelineId", "sessionId", "role" ("host", "guest").
 inline constexpr const char* stay = "stay";

@@ -25,8 +25,9 @@ void signOutForAWhile(Seat& seat, Action what) {
 }
 
 Deed prepareFailingHosting(Seat& seat, const Step& step) {
-    if (seat.stay() != nullptr || seat.isJoining() || seat.world().offer) {
-        return nothingToDo("a session is live");
+    const bool keepsTimeline = step.action == Action::hostWithoutCapture;
+    if (seat.isJoining() || seat.isHosting() || (seat.stay() != nullptr && !keepsTimeline)) {
+        return nothingToDo("in a session already");
     }
     auto& host = seat.host();
     switch (step.action) {
@@ -59,7 +60,10 @@ void joinMeeting(Seat& seat, const std::function<void(LiveShareBehaviour&)>& cha
 }
 
 Deed prepareFailingJoining(Seat& seat, const Step& step) {
-    if (seat.stay() != nullptr || seat.isJoining() || !seat.world().offer) {
+    // What cannot come to a session may be tried beside one.
+    const bool mayBegin = step.action == Action::joinLate || step.action == Action::joinSignedOut ||
+                          step.action == Action::joinOtherSession;
+    if (!seat.world().offer || seat.isJoining() || (seat.stay() != nullptr && mayBegin)) {
         return nothingToDo("in a session already, or none is live");
     }
     std::function<void(LiveShareBehaviour&)> change = [](LiveShareBehaviour&) {};
