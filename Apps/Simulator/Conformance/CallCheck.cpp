@@ -20,7 +20,10 @@ void CallCheck::see(const Entry& entry) {
 void CallCheck::settled(const Entry& entry, const std::deque<HostState>& hosts) {
     for (const HostState& host : hosts) {
         for (const Call& call : host.calls) {
-            if (call.entry != nullptr && call.operation != Operation::subscribe && !call.isAnswered) {
+            // A player may ask for its video at any time.
+            const bool isForSession =
+                call.operation != Operation::subscribe && call.operation != Operation::getVideo;
+            if (call.entry != nullptr && isForSession && !call.isAnswered) {
                 report_.add("answerMissing", entry,
                             std::string(host.name) + "'s call " + std::string(call.entry->field("call")) +
                                 ", " + std::string(call.entry->field("name")) + ", is not answered");

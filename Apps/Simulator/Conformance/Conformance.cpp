@@ -1,5 +1,6 @@
 #include "Apps/Simulator/Conformance/Conformance.hpp"
 
+#include "Apps/Simulator/Conformance/ApplyCheck.hpp"
 #include "Apps/Simulator/Conformance/BlockCheck.hpp"
 #include "Apps/Simulator/Conformance/CallCheck.hpp"
 #include "Apps/Simulator/Conformance/CloudCheck.hpp"
@@ -36,6 +37,9 @@ public:
             }
             see(entry);
             reader_.didSee(entry);
+            if (entry.kind == Kind::stage && entry.field("name") == "left" && record_.leftovers.empty()) {
+                throttle_.left(entry, reader_.synchronisers());
+            }
         }
         checkCloud(record_, report_);
         return report_.take();
@@ -54,6 +58,7 @@ private:
         passes_.see(entry);  // first: it finds the uploads of the calls
         blocks_.see(entry);
         events_.see(entry);
+        applied_.see(entry);
         counts_.see(entry);
         contents_.see(entry);
         pulls_.see(entry);
@@ -82,6 +87,7 @@ private:
     PassCheck passes_{report_};
     BlockCheck blocks_{report_};
     EventCheck events_{report_};
+    ApplyCheck applied_{report_};
     CountCheck counts_{report_, record_};
     ContentsCheck contents_{report_, record_};
     PullCheck pulls_{report_};

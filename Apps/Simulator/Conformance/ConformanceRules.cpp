@@ -21,6 +21,12 @@ const std::vector<ConformanceRule>& conformanceRules() {
         {"uploadBeforeApply",
          "A change is applied over unsent edits only after an upload of them has begun."},
 
+        {"applyBlock", "Remote changes are applied in the blocks for them."},
+        {"applyOrder",
+         "Changes are applied in this order: new moments, updated ones, deleted ones, the list of rows."},
+        {"applyKind", "Of a delivered change nothing is applied that its kind does not tell of."},
+        {"appendedTwice", "A moment for which a clip is known to stand is not appended."},
+
         // Uploads
         {"uploadBlock", "An upload begins inside a block."},
         {"uploadRange",
@@ -53,6 +59,7 @@ const std::vector<ConformanceRule>& conformanceRules() {
         {"throttle", "An upload block for local changes begins one second after the first change of a burst, "
                      "never earlier and never without a change."},
         {"throttleLate", "It begins then when nothing else runs, and else as soon as it is its turn."},
+        {"lastChanges", "What was changed in the last second of a session is uploaded at its end."},
 
         // Pulls
         {"pullBlock", "A session is fetched in a block for it, once."},
@@ -79,6 +86,7 @@ const std::vector<ConformanceRule>& conformanceRules() {
          "The next attempt is queued two seconds after one has failed, not earlier and not later."},
         {"attemptLimit", "There are at most 300 attempts, and 300 before they are given up."},
         {"attemptSteps", "An attempt uploads, and pulls when this has succeeded."},
+        {"attemptAfterEnd", "When the session has ended, no attempt is made."},
 
         // Calls of the cloud
         {"answerOfCall", "Each answer belongs to a call."},

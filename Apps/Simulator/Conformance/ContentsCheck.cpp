@@ -26,6 +26,9 @@ void ContentsCheck::see(const Entry& entry) {
         }
         return;
     }
+    if (entry.kind == Kind::fault && entry.field("what") == "hideMoments") {
+        hidden(entry);
+    }
     if (entry.synchroniser == nullptr) {
         return;
     }
@@ -46,6 +49,13 @@ void ContentsCheck::see(const Entry& entry) {
             }
         }
         break;
+    case Kind::error:
+        // What was created cannot be taken note of.
+        if (entry.message() == "Trying to cache an instance without a row.") {
+            std::erase_if(state.moments,
+                          [&](const auto& known) { return known.second.since == state.lastAnswer; });
+        }
+        break;
     case Kind::edit:
         edited(entry, state);
         break;
@@ -62,9 +72,30 @@ void ContentsCheck::see(const Entry& entry) {
 
 // ---- what is known ----
 
-void ContentsCheck::know(State& state, std::string_view clip, std::string_view momentId, std::size_t index) {
-    state.moments[clip] = Known{momentId, index};
+void ContentsCheck::know(const Entry& entry, State& state, std::string_view clip, std::string_view momentId) {
+    const auto other = state.clips.find(momentId);
+    if (other != state.clips.end() && other->second != clip) {
+        leaveOut(state, momentId);
+    }
+    if (unclear_.contains(momentId)) {
+        return;
+    }
+    state.moments[clip] = Known{momentId, entry.index, entry.time()};
     state.clips[momentId] = clip;
+}
+
+void ContentsCheck::leaveOut(State& state, std::string_view momentId) {
+    unclear_.insert(momentId);
+    forgetMoment(state, momentId);
+}
+
+// Taken for deleted by a pull, they are forgotten, which leaves no trace when there is no coding target.
+void ContentsCheck::hidden(const Entry& entry) {
+    for (const std::string_view momentId : Ids(entry.field("ids"))) {
+        for (const Synchroniser* synchroniser : entry.host->synchronisers) {
+            leaveOut(states_[*synchroniser], momentId);
+        }
+    }
 }
 
 void ContentsCheck::forgetMoment(State& state, std::string_view momentId) {
@@ -104,12 +135,12 @@ void ContentsCheck::edited(const Entry& entry, State& state) {
 void ContentsCheck::called(const Entry& entry, State& state) {
     const std::string_view name = entry.field("name");
     if (name == "appendToTimeline") {
-        if (entry.field("how") != "unplaced") {
-            know(state, entry.field("instanceId"), entry.field("momentId"), entry.index);
-            state.removed.erase(entry.field("momentId"));
-        }
+        appended(entry, state);
     } else if (name == "removeInstanceWithRowId") {
-        state.moments.erase(entry.field("instanceId"));
+        const auto known = state.moments.find(entry.field("instanceId"));
+        if (known != state.moments.end()) {
+            forgetMoment(state, std::string_view(known->second.momentId));
+        }
     } else if (entry.call != nullptr && entry.call->operation == Operation::create) {
         created(entry, state);
     } else if (entry.call != nullptr && entry.call->operation == Operation::remove) {
@@ -128,6 +159,24 @@ void ContentsCheck::called(const Entry& entry, State& state) {
         sent.removed = entry.field("ids");
     } else {
         sent.hasSaved = true;
+    }
+}
+
+void ContentsCheck::appended(const Entry& entry, State& state) {
+    const std::string_view momentId = entry.field("momentId");
+    const auto clip = state.clips.find(momentId);
+    if (clip != state.clips.end() && isLiving(entry.synchroniser->stay.sessionId, momentId)) {
+        const auto known = state.moments.find(clip->second);
+        // While an alert held the main thread, an answer could not be taken note of.
+        if (known != state.moments.end() && !entry.host->wasHeldSince(known->second.time)) {
+            report_.add("appendedTwice", entry,
+                        std::string(momentId) + " is appended, though the clip " + std::string(clip->second) +
+                            " stands for it");
+        }
+    }
+    if (entry.field("how") != "unplaced") {
+        know(entry, state, entry.field("instanceId"), momentId);
+        state.removed.erase(momentId);
     }
 }
 
@@ -151,7 +200,8 @@ void ContentsCheck::removes(const Entry& entry, State& state) {
     const Pass* const pass = entry.call->pass;
     for (const std::string_view momentId : Ids(entry.field("ids"))) {
         const auto removed = state.removed.find(momentId);
-        if (pass != nullptr && removed != state.removed.end() && removed->second < pass->start) {
+        if (pass != nullptr && removed != state.removed.end() && removed->second < pass->start &&
+            !unclear_.contains(momentId)) {
             report_.add("removedTwice", entry, std::string(momentId) + " is removed again");
         }
     }
@@ -161,6 +211,7 @@ void ContentsCheck::answered(const Entry& entry, State& state) {
     const ReferenceHost::TraceEntry& call = *entry.call->entry;
     switch (entry.call->operation) {
     case Operation::create: {
+        state.lastAnswer = entry.index;
         const Ids momentIds(entry.field("ids"));
         auto momentId = momentIds.begin();
         for (const std::string_view clip : Ids(call.field("ids"))) {
@@ -169,7 +220,7 @@ void ContentsCheck::answered(const Entry& entry, State& state) {
             }
             // Deleted meanwhile, it has nowhere to keep the identifier.
             if (!state.deletedByUser.contains(clip)) {
-                know(state, clip, *momentId, entry.index);
+                know(entry, state, clip, *momentId);
             }
             ++momentId;
         }
@@ -232,7 +283,7 @@ void ContentsCheck::ended(const Entry& entry, State& state) {
         }
     }
     for (const std::string_view momentId : sent.mustRemove) {
-        if (!Ids(sent.removed).contain(momentId)) {
+        if (!unclear_.contains(momentId) && !Ids(sent.removed).contain(momentId)) {
             report_.add("changesSent", entry,
                         "the clip of " + std::string(momentId) + " was deleted, and this was not sent");
         }

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace Simulator::Conformance {
@@ -23,6 +24,7 @@ private:
     struct Known {
         std::string_view momentId;
         std::size_t since = 0;  // index into the trace
+        double time = 0;
     };
     /// What one upload has sent so far.
     struct Sent {
@@ -39,21 +41,28 @@ private:
         std::unordered_map<std::string_view, std::size_t> removed;        // moments, since when
         std::unordered_map<std::string_view, std::size_t> deletedByUser;  // clips, since when
         std::unordered_map<std::int64_t, Sent> sent;                      // by upload
+        std::size_t lastAnswer = 0;                                       // to a creation
     };
 
     void called(const Entry& entry, State& state);
+    void appended(const Entry& entry, State& state);
     void created(const Entry& entry, State& state);
     void removes(const Entry& entry, State& state);
     void answered(const Entry& entry, State& state);
     void started(const Entry& entry, State& state);
     void ended(const Entry& entry, State& state);
+    void hidden(const Entry& entry);
+    void leaveOut(State& state, std::string_view momentId);
     static void edited(const Entry& entry, State& state);
-    static void know(State& state, std::string_view clip, std::string_view momentId, std::size_t index);
+    void know(const Entry& entry, State& state, std::string_view clip, std::string_view momentId);
     static void forgetMoment(State& state, std::string_view momentId);
     [[nodiscard]] bool isLiving(std::string_view sessionId, std::string_view momentId) const;
 
     Report& report_;
     ForEach<State> states_;
+    // Moments that some host could not read at some time, and those that have come to stand for two clips. Nothing is checked of
+    // them.
+    std::unordered_set<std::string_view> unclear_;
     std::unordered_map<std::string_view, std::uint64_t> deletions_;     // sequence numbers, by moment
     std::unordered_map<std::string_view, std::uint64_t> lastSequence_;  // by session
 };

@@ -51,6 +51,7 @@ void Reader::didSee(const Entry& entry) {
     case Kind::usage:
         if (synchroniser != nullptr && entry.message() == "SessionEnded") {
             synchroniser->isCancelled = true;
+            synchroniser->end = entry.index;
         }
         break;
     case Kind::blockStart:

@@ -31,6 +31,7 @@ void ReconnectionCheck::see(const Entry& entry) {
         return;
     }
     State& state = states_[*entry.synchroniser];
+    checkEnd(entry);
     switch (entry.kind) {
     case Kind::subscription:
         if (entry.field("state") == "failed" && !entry.synchroniser->isCancelled) {
@@ -82,6 +83,17 @@ void ReconnectionCheck::see(const Entry& entry) {
         break;
     default:
         break;
+    }
+}
+
+void ReconnectionCheck::checkEnd(const Entry& entry) {
+    const Synchroniser& synchroniser = *entry.synchroniser;
+    const bool isWork =
+        entry.kind == Kind::uploadStart ||
+        (entry.kind == Kind::call && entry.call != nullptr && entry.call->operation == Operation::fetch);
+    if (isWork && synchroniser.isCancelled && isReconnection(entry) &&
+        synchroniser.block->start > synchroniser.end) {
+        report_.add("attemptAfterEnd", entry, "an attempt to reconnect, though the session has ended");
     }
 }
 

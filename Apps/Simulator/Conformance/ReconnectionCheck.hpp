@@ -34,6 +34,7 @@ private:
         int step = 0;
     };
 
+    void checkEnd(const Entry& entry);
     void follow(const Entry& entry);
     void begin(const Entry& entry, const Synchroniser& synchroniser);
     void announced(const Entry& entry, std::int64_t attempt);

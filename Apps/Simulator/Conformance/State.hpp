@@ -91,6 +91,7 @@ struct Synchroniser {
     std::size_t index;
     HostState& host;
     bool isCancelled = false;
+    std::size_t end = 0;  ///< index of the entry that tells so
 
     std::optional<Block> block;  ///< that runs
     std::int64_t lastBlock = 0;  ///< the number of the last that began

@@ -34,7 +34,7 @@ void ThrottleCheck::see(const Entry& entry) {
         break;
     case Kind::usage:
         if (entry.synchroniser != nullptr && entry.message() == "SessionEnded") {
-            states_[*entry.synchroniser].early.reset();
+            ended(entry);
         }
         break;
     case Kind::alert:
@@ -104,6 +104,9 @@ void ThrottleCheck::advance(const Entry& entry, const Synchroniser& synchroniser
 
 void ThrottleCheck::blockStarted(const Entry& entry) {
     const Synchroniser* const synchroniser = entry.synchroniser;
+    if (synchroniser != nullptr && entry.field("kind") == "upload") {
+        states_[*synchroniser].owesLast = false;
+    }
     if (synchroniser == nullptr || !isChecked(*synchroniser)) {
         return;
     }
@@ -123,6 +126,27 @@ void ThrottleCheck::blockStarted(const Entry& entry) {
         state.early = entry.index;
     } else {
         report_.add("throttle", entry, "an upload block without a change");
+    }
+}
+
+/// The block for the last changes begins before this, or waits for its turn.
+void ThrottleCheck::ended(const Entry& entry) {
+    const Synchroniser& synchroniser = *entry.synchroniser;
+    if (!isChecked(synchroniser)) {
+        return;
+    }
+    State& state = states_[synchroniser];
+    state.early.reset();
+    state.owesLast = state.due && !isBefore(*state.due, entry.time());
+}
+
+void ThrottleCheck::left(const Entry& entry, const std::deque<Synchroniser>& synchronisers) {
+    for (const Synchroniser& synchroniser : synchronisers) {
+        if (states_[synchroniser].owesLast && !synchroniser.sharesTimeline) {
+            report_.add("lastChanges", entry,
+                        synchroniser.stay.analyst +
+                            "'s changes right before the end of the session were not uploaded");
+        }
     }
 }
 

@@ -17,6 +17,7 @@ public:
 
     void see(const Entry& entry);
     void settled(const Entry& entry, const std::deque<Synchroniser>& synchronisers);
+    void left(const Entry& entry, const std::deque<Synchroniser>& synchronisers);
 
 private:
     struct State {
@@ -24,6 +25,7 @@ private:
         std::deque<double> fired;   // when blocks were queued that have not begun
         int firstUploads = 0;       // of a session that was created
         double idleSince = -std::numeric_limits<double>::infinity();
+        bool owesLast = false;             // the session has ended before its last changes were uploaded
         std::optional<std::size_t> early;  // the entry of a block that only the end of the session explains
         bool isUnsure =
             false;  // a change came in the very instant in which the wait ended behind a busy queue
@@ -33,6 +35,7 @@ private:
     void announced(const Entry& entry);
     void change(const Entry& entry, const Synchroniser& synchroniser);
     void blockStarted(const Entry& entry);
+    void ended(const Entry& entry);
     void advance(const Entry& entry, const Synchroniser& synchroniser);
     static void fire(const Synchroniser& synchroniser, State& state, double now);
 
