@@ -86,7 +86,7 @@ private:
     Report report_;
     PassCheck passes_{report_};
     BlockCheck blocks_{report_};
-    EventCheck events_{report_};
+    EventCheck events_{report_, record_};
     ApplyCheck applied_{report_};
     CountCheck counts_{report_, record_};
     ContentsCheck contents_{report_, record_};

@@ -6,18 +6,10 @@
 
 namespace Simulator::Conformance {
 
-namespace {
-
-bool isKept(const Record& record, const char* rule) {
-    return std::ranges::find(record.plan.brokenRules, rule) == record.plan.brokenRules.end();
-}
-
-}  // namespace
-
 CountCheck::CountCheck(Report& report, const Record& record)
     : report_(report),
-      countsAreKnown_(isKept(record, "changesAreAnnounced") && isKept(record, "componentEditsAreAnnounced")) {
-}
+      countsAreKnown_(countsAreKnown(record)),
+      uploadsTellTheirRange_(isKept(record, "partialTellsItsCount")) {}
 
 void CountCheck::see(const Entry& entry) {
     const Synchroniser* const synchroniser = entry.synchroniser;
@@ -91,7 +83,7 @@ void CountCheck::applied(const Entry& entry, State& state) {
     const bool isFirstMeeting = !synchroniser.hasPulled && synchroniser.lastModifyCount == 0 &&
                                 synchroniser.block && synchroniser.block->work != Block::Work::event;
     for (const std::int64_t edit : state.edits) {
-        if (edit > state.accountedFor && edit <= newCount && !isFirstMeeting) {
+        if (edit > state.accountedFor && edit <= newCount && !isFirstMeeting && uploadsTellTheirRange_) {
             report_.add("editsPassedOver", entry,
                         "the edit with the count " + std::to_string(edit) +
                             " is passed over, and was never being sent");

@@ -26,7 +26,8 @@ private:
     void applied(const Entry& entry, State& state);
 
     Report& report_;
-    bool countsAreKnown_;  // every change is announced
+    bool countsAreKnown_;
+    bool uploadsTellTheirRange_;
     ForEach<State> states_;
     const Synchroniser* succeeded_ =
         nullptr;                 // whose upload has just ended well: the count must move with the next entry

@@ -68,7 +68,7 @@ void EventCheck::see(const Entry& entry) {
             isEventOf(*entry.synchroniser)) {
             State& state = states_[*entry.synchroniser];
             ++state.applied;
-            if (state.isBehind && !state.hasUploaded) {
+            if (state.isBehind && !state.hasUploaded && countsAreKnown_) {
                 report_.add("uploadBeforeApply", entry,
                             "a change is applied over edits that are not being sent");
             }
@@ -108,7 +108,7 @@ void EventCheck::readLine(const Entry& entry) {
     const std::string_view message = entry.message();
     if (message == noTimeline || message == noMoments || message == noView || message == unknownType) {
         state.complaint = message;
-    } else if (message == uploadsFirst && !state.isBehind) {
+    } else if (message == uploadsFirst && !state.isBehind && countsAreKnown_) {
         report_.add("uploadBeforeApply", entry, "an upload before a change, though nothing is unsent");
     }
 }

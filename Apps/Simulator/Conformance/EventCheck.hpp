@@ -13,7 +13,8 @@ namespace Simulator::Conformance {
 /// ends at once.
 class EventCheck {
 public:
-    explicit EventCheck(Report& report) : report_(report) {}
+    EventCheck(Report& report, const Record& record)
+        : report_(report), countsAreKnown_(countsAreKnown(record)) {}
 
     void see(const Entry& entry);
     void settled(const Entry& entry, const std::deque<Synchroniser>& synchronisers);
@@ -37,6 +38,7 @@ private:
     void readLine(const Entry& entry);
 
     Report& report_;
+    bool countsAreKnown_;
     ForEach<State> states_;
     const Synchroniser* mustStart_ = nullptr;  // with the next entry, because it is idle
     const Synchroniser* mustTell_ = nullptr;   // that it has received a change

@@ -137,6 +137,16 @@ struct HostState {
     double heldUntil = -1;
 };
 
+/// Whether the hosts and the cloud of a run keep this rule of their contract.
+[[nodiscard]] inline bool isKept(const Record& record, std::string_view rule) {
+    return std::ranges::find(record.plan.brokenRules, rule) == record.plan.brokenRules.end();
+}
+
+/// Whether every change of a timeline is announced, so that the trace knows its count.
+[[nodiscard]] inline bool countsAreKnown(const Record& record) {
+    return isKept(record, "changesAreAnnounced") && isKept(record, "componentEditsAreAnnounced");
+}
+
 /// One value for each synchroniser, made when it is first asked for.
 template <typename Value>
 class ForEach {

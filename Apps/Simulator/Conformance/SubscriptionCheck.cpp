@@ -22,10 +22,6 @@ auto numberOf(const Synchroniser& synchroniser, const Is& is) {
     });
 }
 
-bool isKept(const Record& record, const char* rule) {
-    return std::ranges::find(record.plan.brokenRules, rule) == record.plan.brokenRules.end();
-}
-
 }  // namespace
 
 SubscriptionCheck::SubscriptionCheck(Report& report, const Record& record)
