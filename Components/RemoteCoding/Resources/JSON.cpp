@@ -143,12 +143,11 @@ private:
     void escape(std::string& text) {
         constexpr std::string_view letters = "\"\\/bfnrt";
         constexpr std::string_view meanings = "\"\\/\b\f\n\r\t";
-        const char letter = peek();
-        ++position_;
-        if (letter == 'u') {
+        if (take('u')) {
             Base::UTF8::append(text, escapedCodePoint());
-        } else if (const auto found = letters.find(letter); found != std::string_view::npos) {
+        } else if (const auto found = letters.find(peek()); found != std::string_view::npos) {
             text += meanings[found];
+            ++position_;
         } else {
             throw Fault{"an unknown escape"};
         }
