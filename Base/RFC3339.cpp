@@ -132,15 +132,15 @@ std::optional<Time> parse(std::string_view text) {
 
 std::string format(Time time) {
     const auto day = floor<days>(time);
-    const year_month_day date(day);
-    const int yearNumber = int(date.year());
-    if (yearNumber < 0 || yearNumber > 9999) {
+    // By the days: a year of the calendar has 16 bits, so that far beyond its range the years begin anew.
+    if (day < sys_days(year(0) / January / 1) || day > sys_days(year(9999) / December / 31)) {
         throw std::out_of_range("RFC 3339 has no text for a time outside of the years 0 to 9999");
     }
+    const year_month_day date(day);
     const hh_mm_ss timeOfDay(time - day);
 
     std::string text;
-    append(text, yearNumber, 4);
+    append(text, int(date.year()), 4);
     append(text += '-', unsigned(date.month()), 2);
     append(text += '-', unsigned(date.day()), 2);
     append(text += 'T', timeOfDay.hours().count(), 2);
