@@ -42,8 +42,8 @@ DateLanguage dateLanguageOf(const std::vector<std::string>& languages) {
 }
 
 std::string mediumDateText(std::chrono::sys_time<std::chrono::microseconds> time, DateLanguage language) {
-    const std::time_t seconds =
-        std::chrono::system_clock::to_time_t(std::chrono::floor<std::chrono::seconds>(time));
+    // Not through `system_clock`, which counts nanoseconds and ends in the year 2262.
+    const std::time_t seconds = std::chrono::floor<std::chrono::seconds>(time).time_since_epoch().count();
     std::tm local{};
     tzset();  // localtime_r need not notice a zone that has changed
     if (localtime_r(&seconds, &local) == nullptr) {
