@@ -91,8 +91,8 @@ public:
             }
         }
         if (!seed_ || !analysts_) {
-            throw std::runtime_error("line " + std::to_string(number) + ": the plan ends without " +
-                                     (seed_ ? "\"analysts\"" : "\"seed\""));
+            throw std::runtime_error("line " + std::to_string(std::max<std::size_t>(number, 1)) +
+                                     ": the plan ends without " + (seed_ ? "\"analysts\"" : "\"seed\""));
         }
         plan_.seed = *seed_;
         plan_.analysts = *analysts_;

@@ -45,8 +45,11 @@ private:
     Base::Seconds takeTime() {
         rest_.remove_prefix(std::min(rest_.find_first_not_of(' '), rest_.size()));
         double seconds = 0;
-        const auto [end, error] = std::from_chars(rest_.data(), rest_.data() + rest_.size(), seconds);
-        if (error != std::errc{}) {
+        const auto [end, error] =
+            std::from_chars(rest_.data(), rest_.data() + rest_.size(), seconds, std::chars_format::fixed);
+        const std::string_view text = rest_.substr(0, static_cast<std::size_t>(end - rest_.data()));
+        // With six digits behind the point, and no longer than `Trace::write` writes them: neither "nan" nor "1e9".
+        if (error != std::errc{} || text.size() < 8 || text.size() > 31 || text[text.size() - 7] != '.') {
             expected("a time");
         }
         rest_.remove_prefix(static_cast<std::size_t>(end - rest_.data()));
