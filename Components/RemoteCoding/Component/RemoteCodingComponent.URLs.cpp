@@ -2,78 +2,25 @@
 
 #include "Components/RemoteCoding/Component/RemoteCodingComponent.hpp"
 
-#include "Base/Error.hpp"
-#include "Components/RemoteCoding/HostInterfaces/TevuAPIError.hpp"
+#include "Components/RemoteCoding/Component/RemoteCodingComponent.StreamAddresses.hpp"
 #include "Components/RemoteCoding/Models/MainThreadTask.hpp"
 #include "Components/RemoteCoding/Models/RemoteCodingSession.hpp"
 #include "Components/RemoteCoding/Services/VideoRequest.hpp"
 
-#include <set>
 #include <utility>
 
 namespace RemoteCoding {
 
 namespace {
 
-using ManifestURL = std::optional<std::string>;
-using StreamURLs = std::map<std::string, Base::URL>;
-using VideoError = TevuAPIError::Video;
+using StreamAddresses::ManifestURL;
+using StreamAddresses::manifestURLOf;
+using StreamAddresses::streamsFunction;
+using StreamAddresses::StreamURLs;
+using StreamAddresses::streamURLsOf;
 using VideoHandler = std::function<void(const Base::Result<VideoItem>&)>;
 
 constexpr std::string_view manifestFunction = "getManifestURL(timelineId:videoId:)";
-constexpr std::string_view streamsFunction = "streamURLs(videoId:streamIds:)";
-
-const std::vector<VideoStream>& streamsOf(const VideoItem& video) {
-    if (!video.streams) {
-        throw VideoError(VideoError::Case::noStreams, "The video has no streams.");
-    }
-    return *video.streams;
-}
-
-ManifestURL manifestURLOf(const VideoItem& video) {
-    const auto& streams = streamsOf(video);
-    return streams.empty() ? std::nullopt : streams.front().playbackURL;
-}
-
-void checkAreStreams(const std::vector<std::string>& streamIds, const std::vector<VideoStream>& streams) {
-    std::set<std::string_view> known;
-    for (const auto& stream : streams) {
-        known.insert(stream.id);
-    }
-    for (const auto& streamId : streamIds) {
-        if (!known.contains(streamId)) {
-            throw VideoError(VideoError::Case::unknownStream,
-                             "The video has no stream with the id \"" + streamId + "\".");
-        }
-    }
-}
-
-StreamURLs streamURLsOf(const VideoItem& video, const std::vector<std::string>& streamIds,
-                        LogManagerProtocol& log) {
-    const auto& streams = streamsOf(video);
-    checkAreStreams(streamIds, streams);
-    const std::set<std::string_view> requested(streamIds.begin(), streamIds.end());
-    StreamURLs urls;
-    for (const auto& stream : streams) {
-        if (!requested.contains(stream.id)) {
-            continue;
-        }
-        if (!stream.playbackURL) {
-            throw VideoError(VideoError::Case::noPlaybackURL,
-                             "The stream with the id \"" + stream.id + "\" cannot be played.");
-        }
-        if (auto url = Base::URL::parse(*stream.playbackURL)) {
-            urls.insert_or_assign(stream.id, *std::move(url));
-        } else {
-            logError(log, "Unable to cast playbackURL String to URL", "", streamsFunction);
-        }
-    }
-    if (video.status == "Error") {
-        throw TevuAPIError(TevuAPIError::Case::video, "The video is in error.",
-                           static_cast<std::int64_t>(VideoError::Case::inError));
-    }
-    return urls;
-}
 
 template <typename Value, typename Work>
 Base::Result<Value> resultOf(const Work& work) {
