@@ -11,7 +11,8 @@
 
 namespace Simulator {
 
-/// How often each thing that can happen has happened, over many runs.
+/// How often each thing that can happen has happened, over many runs: what users did and what came to pass in sessions, faults
+/// that befell something, foreseen failures, and losses.
 class Coverage {
 public:
     /// Starts with everything at 0.
@@ -27,6 +28,10 @@ public:
     void write(std::ostream& stream) const;
 
 private:
+    void addStep(const ReferenceHost::TraceEntry& entry);
+    void addFault(const ReferenceHost::TraceEntry& entry);
+    void addStays(const Record& record);
+
     /// By group ("edit", "fault", "loss", "failure", "session"), then by name.
     std::map<std::string, std::map<std::string, std::uint64_t>> counts_;
 };
