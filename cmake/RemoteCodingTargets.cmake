@@ -109,6 +109,8 @@ function(remote_coding_add_test name)
     remote_coding_add_program(${name} ${ARGN})
     target_link_libraries(${name} PRIVATE RemoteCodingObjects ReferenceHost RemoteCodingBase GTest::gmock
                                           GTest::gtest_main)
+    # What is tested is optimised as it is shipped; optimising the cases themselves would only take time.
+    target_compile_options(${name} PRIVATE $<$<CONFIG:RelWithDebInfo>:-O1>)
     if(TARGET TestSupport)
         target_link_libraries(${name} PRIVATE TestSupport)
     endif()
