@@ -14,7 +14,6 @@ using Conformance::Entry;
 using Conformance::Ids;
 using Conformance::Kind;
 using Conformance::Operation;
-using Conformance::Pass;
 
 constexpr std::string_view nothing = "an upload with nothing to send";
 constexpr std::string_view noSession = "an upload without a tagging session";
