@@ -95,11 +95,13 @@ void writeShortest(std::ostream& stream, const Plan& plan, const std::string& ru
         [&](const Trial& run) { return hasRule(failuresOf(run.verdict, plan.brokenRules), rule); },
         shortening, name, "breaks \"" + rule + "\"; from seed " + std::to_string(plan.seed));
     const Trial last(shortened.plan, twice, shortening.judge);
-    stream << "The shortest plan found that still breaks \"" << rule << "\", after " << shortened.tries
-           << " tries: " << shortened.plan.analysts << " analysts, " << shortened.plan.steps.size()
-           << " steps:\n";
     const Findings findings = failuresOf(last.verdict, plan.brokenRules);
-    writeFindings(stream, findings, last.record);
+    if (shortening.tries > 0) {
+        stream << "The shortest plan found that still breaks \"" << rule << "\", after " << shortened.tries
+               << " tries: " << shortened.plan.analysts << " analysts, " << shortened.plan.steps.size()
+               << " steps:\n";
+        writeFindings(stream, findings, last.record);
+    }
     const auto shown = std::ranges::find(findings, rule, &Finding::rule);
     writeShortPlan(stream, shortened, shown != findings.end() ? shown->what : std::string());
 }
