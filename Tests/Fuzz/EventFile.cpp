@@ -15,8 +15,11 @@ static std::vector<CodingDesk::CodedEvent> read(std::string_view text) {
 }
 
 static void check(std::string_view input) {
+    std::ostringstream any, text;
+    any << "code,start,end\n" << std::quoted(input, '"', '"') << ",1,2";
+    const bool isCode = Base::UTF8::isWellFormed(input) && input.find_first_not_of(" \t") != input.npos;
+    require(accepts(read, any.str()) == isCode, "a code of any text is read");
     if (accepts(read, input)) {
-        std::ostringstream text;
         text << "start,note,code,end" << std::setprecision(17);
         for (const auto& [code, start, end] : read(input)) {
             require(start >= 0 && end >= start && std::isfinite(end) && !code.empty(), "a clip is whole");

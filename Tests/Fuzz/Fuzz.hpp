@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <cstdint>
 #include <iostream>
+#include <iterator>
 #include <sstream>
-#include <string>
 
 /// Tries one input, and requires what must hold for every input.
 static void check(std::string_view input);

@@ -16,6 +16,7 @@ static void check(std::string_view input) {
         depth += inString ? 0 : (next == '[' || next == '{') - (next == ']' || next == '}');
         deepest = std::max(deepest, depth);
     }
+    require(wrongLine(read, input) <= wrongLine(read, input.substr(0, end)), "strings are of one line");
     if (const std::string text(input); accepts(read, input)) {
         require(Base::UTF8::isWellFormed(text) && end == text.size(), "only text is accepted");
         require(depth == 0 && deepest <= 32 && !inString, "brackets and quotes are closed");
@@ -23,7 +24,5 @@ static void check(std::string_view input) {
         for (const char* more : {" 1", ",", "]", "\v", "//"}) {
             require(!accepts(read, text + more), "nothing follows");
         }
-    } else {
-        require(wrongLine(read, text) <= wrongLine(read, text.substr(0, end)), "strings are of one line");
     }
 }

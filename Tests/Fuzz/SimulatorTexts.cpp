@@ -19,8 +19,6 @@ static void checkReader(std::string_view input, Read readStream, Write write) {
 static void check(std::string_view input) {
     checkReader(input, Simulator::readPlan, Simulator::write);
     checkReader(input, Simulator::readTrace, [](std::ostream& stream, const auto& trace) {
-        for (const auto& entry : trace) {
-            stream << entry << '\n';
-        }
+        std::ranges::copy(trace, std::ostream_iterator<ReferenceHost::TraceEntry>(stream, "\n"));
     });
 }

@@ -27,7 +27,10 @@ static void check(std::string_view input) {
         checkTime(*time);
         const std::string text(input.substr(0, input.find_first_of("Zz+-", 19)));
         const auto local = RFC3339::parse(text + 'Z');
-        require(!local || (*local - *time) % minutes(1) == seconds(0), "a zone is of minutes");
+        const std::string zone(input.size() > text.size() + 1 ? input.substr(text.size()) : "+00:00");
+        const auto ahead = hours(std::stoi(zone)) + minutes(std::stoi(zone[0] + zone.substr(4)));
+        require(!local || *local - *time == ahead, "a zone is as far ahead as it says");
+        require(abs(ahead) < hours(24), "a zone is less than a day ahead");
         const auto written = RFC3339::format(local.value_or(sys_days())).substr(11, 8);
         require(written == input.substr(11, 8) || input.substr(17, 2) == "60", "it is what is written");
     }
