@@ -13,9 +13,12 @@ using Steps = std::vector<Step>;
 
 constexpr std::size_t fewestAnalysts = 2;
 
+// Below all times that matter, above what decimal fractions are off by.
+constexpr double tiny = 1e-6;
+
 /// Down to a whole number of such parts of a second.
 Base::Seconds rounded(Base::Seconds time, double partsOfASecond) {
-    return Base::Seconds(std::floor(time.count() * partsOfASecond) / partsOfASecond);
+    return Base::Seconds(std::floor(time.count() * partsOfASecond + tiny) / partsOfASecond);
 }
 
 class Shrinking {
@@ -138,8 +141,8 @@ private:
             const Base::Seconds at = best_.steps[index].at;
             const Base::Seconds second(1);
             for (const Base::Seconds earlier :
-                 {from, from + second, from + 5 * second, from + 10 * second, from + (at - from) / 2,
-                  rounded(at, 1), rounded(at, 10), rounded(at, 100)}) {
+                 {from, from + second, from + 5 * second, from + 10 * second,
+                  rounded(from + (at - from) / 2, 10), rounded(at, 1), rounded(at, 10), rounded(at, 100)}) {
                 if (from <= earlier && earlier < best_.steps[index].at &&
                     acceptSteps(withStepAt(index, earlier))) {
                     break;
