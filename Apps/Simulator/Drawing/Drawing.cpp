@@ -96,6 +96,9 @@ private:
 
     /// Gives the last entry that the lines drawn tell of.
     std::size_t drawEntry(std::size_t at) {
+        if (selection_.shows(at)) {
+            drawIdleness(at);  // before a bar begins here
+        }
         Lane* const lane = laneOf(at);
         if (lane == nullptr) {
             if (selection_.shows(at)) {
@@ -142,7 +145,6 @@ private:
 
     void drawLines(const Lane& lane, std::size_t at, const TraceSpan* span, Bars::Part part,
                    const std::string& text) {
-        drawIdleness(at);
         const std::size_t room = columns_ - lane.barColumns - 1;
         Bars own = lane.bars;  // as they stand in the line that is being drawn
         bool isFirst = true;
@@ -165,7 +167,6 @@ private:
 
     /// What concerns everybody.
     void drawAcross(std::size_t at) {
-        drawIdleness(at);
         startLine(at, true);
         const std::size_t width = lanes_.size() * (columns_ + 2);
         std::string line = "├── " + words_.of(at) + ' ';
