@@ -18,7 +18,7 @@ namespace {
 /// A guest's stay as it should be: a pull, an upload that succeeds, its echo, one that fails, a reconnection with two attempts.
 /// Entries are separated by semicolons, T is the timeline.
 const std::string right = R"(
-1 block.start T number=1 kind=pull; 1 log.info message="Syncing remote tagging session to the local timeline"; 1 call name=fetchTaggingSessions call=1
+1 call name=boolForKey key=enableSharedTimelines; 1 block.start T number=1 kind=pull; 1 log.info message="Syncing remote tagging session to the local timeline"; 1 call name=fetchTaggingSessions call=1
 1 log.info message="Subscribing to tagging session updates. TeamId=e, TimelineId=t"; 1 call name=subscribeToTaggingSessionChanges call=2 subscription=1 T
 1.1 subscription subscription=1 state=open after=0; 1.2 answer name=fetchTaggingSessions call=1 count=1 ids=s; 1.2 count T old=0 new=0 reason=applied; 1.2 block.end T number=1
 3 notification name=TimelineNotifications.timelineDidAnyChange T modifyCount=1; 3 edit T what=addRow count=1 row=r

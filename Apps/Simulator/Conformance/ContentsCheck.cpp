@@ -122,9 +122,9 @@ void ContentsCheck::edited(const Entry& entry, State& state) {
     for (const char* field : {"clip", "clips"}) {
         for (const std::string_view clip : Ids(entry.field(field))) {
             if (removes) {
-                state.deletedByUser[clip] = entry.index;
+                state.deleted[clip] = entry.index;
             } else {
-                state.deletedByUser.erase(clip);
+                state.deleted.erase(clip);
             }
         }
     }
@@ -137,6 +137,7 @@ void ContentsCheck::called(const Entry& entry, State& state) {
     if (name == "appendToTimeline") {
         appended(entry, state);
     } else if (name == "removeInstanceWithRowId") {
+        state.deleted[entry.field("instanceId")] = entry.index;
         const auto known = state.moments.find(entry.field("instanceId"));
         if (known != state.moments.end()) {
             forgetMoment(state, std::string_view(known->second.momentId));
@@ -219,7 +220,7 @@ void ContentsCheck::answered(const Entry& entry, State& state) {
                 break;
             }
             // Deleted meanwhile, it has nowhere to keep the identifier.
-            if (!state.deletedByUser.contains(clip)) {
+            if (!state.deleted.contains(clip)) {
                 know(entry, state, clip, *momentId);
             }
             ++momentId;

@@ -36,12 +36,12 @@ private:
         bool hasSaved = false;
     };
     struct State {
-        std::unordered_map<std::string_view, Known> moments;              // by clip
-        std::unordered_map<std::string_view, std::string_view> clips;     // by moment
-        std::unordered_map<std::string_view, std::size_t> removed;        // moments, since when
-        std::unordered_map<std::string_view, std::size_t> deletedByUser;  // clips, since when
-        std::unordered_map<std::int64_t, Sent> sent;                      // by upload
-        std::size_t lastAnswer = 0;                                       // to a creation
+        std::unordered_map<std::string_view, Known> moments;           // by clip
+        std::unordered_map<std::string_view, std::string_view> clips;  // by moment
+        std::unordered_map<std::string_view, std::size_t> removed;     // moments, since when
+        std::unordered_map<std::string_view, std::size_t> deleted;     // clips, since when
+        std::unordered_map<std::int64_t, Sent> sent;                   // by upload
+        std::size_t lastAnswer = 0;                                    // to a creation
     };
 
     void called(const Entry& entry, State& state);

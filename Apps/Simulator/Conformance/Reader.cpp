@@ -6,6 +6,8 @@ namespace Simulator::Conformance {
 
 namespace {
 
+constexpr std::string_view sharingAllowed = "enableSharedTimelines";
+
 Operation operationNamed(std::string_view name) {
     static constexpr std::array<std::pair<std::string_view, Operation>, 8> operations{
         {{"createMoments", Operation::create},
@@ -61,11 +63,10 @@ Entry Reader::read(std::size_t index) {
     if (!raw.host.empty()) {
         entry.host = &hostNamed(raw.host);
     }
-    beginGuests(index);
-    if (entry.kind == Kind::stay && entry.host != nullptr) {
-        beginHost(entry);
-    }
     if (entry.host != nullptr) {
+        if (entry.kind == Kind::call && entry.field("key") == sharingAllowed) {
+            beginNext(index, raw.host);
+        }
         findOwner(entry);
     }
     return entry;
@@ -83,29 +84,13 @@ HostState& Reader::hostNamed(std::string_view name) {
 
 // ---- who begins ----
 
-// What a guest's synchroniser does while it is made stands before the entry of the stay.
-void Reader::beginGuests(std::size_t index) {
-    for (; nextGuest_ < record_.stays.size(); ++nextGuest_) {
-        const Stay& stay = record_.stays[nextGuest_];
-        if (!stay.isHost) {
-            if (stay.from > index) {
-                return;
-            }
-            begin(stay);
-        }
-    }
-}
-
-void Reader::beginHost(const Entry& entry) {
-    if (entry.field("state") != "begins" || entry.field("role") != "host") {
-        return;
-    }
+// Asked right before a synchroniser is made.
+void Reader::beginNext(std::size_t index, std::string_view analyst) {
     hasBegun_.resize(record_.stays.size());
-    for (std::size_t index = 0; index < record_.stays.size(); ++index) {
-        const Stay& stay = record_.stays[index];
-        if (stay.isHost && !hasBegun_[index] && stay.analyst == entry.raw.host &&
-            stay.timelineId == entry.field("timelineId")) {
-            hasBegun_[index] = true;
+    for (std::size_t number = 0; number < record_.stays.size(); ++number) {
+        const Stay& stay = record_.stays[number];
+        if (!hasBegun_[number] && stay.analyst == analyst && stay.from <= index) {
+            hasBegun_[number] = true;
             begin(stay);
             return;
         }

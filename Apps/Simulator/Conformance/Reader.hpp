@@ -5,6 +5,7 @@
 #include <deque>
 #include <map>
 #include <string_view>
+#include <vector>
 
 namespace Simulator::Conformance {
 
@@ -24,8 +25,7 @@ public:
 
 private:
     [[nodiscard]] HostState& hostNamed(std::string_view name);
-    void beginGuests(std::size_t index);
-    void beginHost(const Entry& entry);
+    void beginNext(std::size_t index, std::string_view analyst);
     void begin(const Stay& stay);
 
     void findOwner(Entry& entry);
@@ -45,7 +45,6 @@ private:
     std::map<std::string_view, HostState*> hostsByName_;
     std::deque<Synchroniser> synchronisers_;
     std::vector<bool> hasBegun_;  // of the stays
-    std::size_t nextGuest_ = 0;   // the first stay of which this has not been asked
 };
 
 }  // namespace Simulator::Conformance
