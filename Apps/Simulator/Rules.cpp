@@ -27,11 +27,16 @@ constexpr std::array cloudRules{
     NamedRule<CloudRules>("unknownIdsAreIgnored", &CloudRules::unknownIdsAreIgnored),
     NamedRule<CloudRules>("ownMomentsRecognised", &CloudRules::ownMomentsRecognised),
     NamedRule<CloudRules>("knownMomentsRecognised", &CloudRules::knownMomentsRecognised),
+    NamedRule<CloudRules>("deletedClipsStayDeleted", &CloudRules::deletedClipsStayDeleted),
+    NamedRule<CloudRules>("onlyEditsAreWritten", &CloudRules::onlyEditsAreWritten),
+    NamedRule<CloudRules>("listsAreMerged", &CloudRules::listsAreMerged),
+    NamedRule<CloudRules>("repeatedWritesCountOnce", &CloudRules::repeatedWritesCountOnce),
     NamedRule<CloudRules>("missingRowIsMade", &CloudRules::missingRowIsMade),
     NamedRule<CloudRules>("writesAreRepeatedOverShortDrops", &CloudRules::writesAreRepeatedOverShortDrops),
 };
 
 constexpr std::array timelineRules{
+    NamedRule<TimelineRules>("rowNamesAreUnique", &TimelineRules::rowNamesAreUnique),
     NamedRule<TimelineRules>("everyChangeCounts", &TimelineRules::everyChangeCounts),
     NamedRule<TimelineRules>("emptyEditIsNoChange", &TimelineRules::emptyEditIsNoChange),
     NamedRule<TimelineRules>("externalIdIsNoChange", &TimelineRules::externalIdIsNoChange),

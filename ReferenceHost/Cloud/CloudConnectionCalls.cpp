@@ -81,6 +81,8 @@ void CloudConnection::dispatch(const std::shared_ptr<PendingCall>& call) {
 void CloudConnection::arrive(const std::shared_ptr<PendingCall>& call, std::uint64_t attempt) {
     const std::lock_guard gate(gate_);
     Fault fault;
+    const bool onlyOnce = rules().repeatedWritesCountOnce;
+    bool isRepetition = false;
     const bool arrives = !isClosed_ && Base::synchronized(lock_, [&] {
         if (call->attempt != attempt || call->epoch != epoch_) {
             return false;
@@ -89,6 +91,7 @@ void CloudConnection::arrive(const std::shared_ptr<PendingCall>& call, std::uint
             fault = call->fault;
         }
         call->isNeverAnswered = fault.kind == Fault::Kind::neverAnswer;
+        isRepetition = onlyOnce && call->isPerformed;
         return true;
     });
     if (!arrives) {
@@ -96,9 +99,10 @@ void CloudConnection::arrive(const std::shared_ptr<PendingCall>& call, std::uint
     }
     if (fault.kind == Fault::Kind::failBeforeEffect) {
         call->fail(requestFailed());
-    } else {
+    } else if (!isRepetition) {
         call->perform(service_, fault);
         recordEffect(*call);
+        Base::synchronized(lock_, [&] { call->isPerformed = true; });
     }
     if (fault.kind == Fault::Kind::failAfterEffect) {
         Base::synchronized(lock_, [&] { forgetFetches(*call); });

@@ -3,9 +3,14 @@
 #include "ReferenceHost/Timeline/Timeline.hpp"
 #include "ReferenceHost/Timeline/TimelineInstance.hpp"
 
+#include <limits>
+
 namespace ReferenceHost {
 
 namespace {
+
+constexpr auto highest = std::numeric_limits<std::uint64_t>::max();
+constexpr EditNumbers everyEdit{highest, highest, highest};
 
 // What stands for a moment that could not be placed: on no row, and on no timeline.
 std::shared_ptr<TimelineInstance> unplaced(const MomentRecord& moment) {
@@ -30,21 +35,41 @@ CloudMomentItem::appendToTimeline(const std::shared_ptr<RemoteCoding::TimelinePr
     return instance;
 }
 
+EditNumbers CloudMomentItem::takenOf(const Timeline& timeline) const {
+    if (!rules_.onlyEditsAreWritten) {
+        return everyEdit;
+    }
+    const auto found = moment_->taken.find(timeline.uniqueId());
+    return found != moment_->taken.end() ? found->second : EditNumbers();
+}
+
 std::shared_ptr<TimelineInstance> CloudMomentItem::placeOn(Timeline& timeline, const char*& how) const {
+    const ClipValues values(moment_->start, moment_->end, moment_->notes);
     if (const auto known = rules_.knownMomentsRecognised ? timeline.findInstanceOf(moment_->id) : nullptr) {
         const auto row = known->row();
         if (row->name() == moment_->code) {
             how = "known";
-            return timeline.updateRemoteInstance(known->uniqueId(), row->uniqueId(), moment_->start,
-                                                 moment_->end, moment_->notes);
+            timeline.forgetEdits(known->uniqueId(), takenOf(timeline));
+            return timeline.updateRemoteInstance(known->uniqueId(), row->uniqueId(), values, everyEdit);
         }
         timeline.removeRemoteInstance(known->uniqueId());  // a clip stays on its row for life
         how = "moved";
     } else if (rules_.ownMomentsRecognised && moment_->originTimelineId == timeline.uniqueId()) {
-        if (const auto instance = timeline.findInstance(moment_->originInstanceId)) {
+        const std::string& origin = moment_->originInstanceId;
+        if (const auto instance = timeline.findInstance(origin)) {
             how = "own";
             instance->setExternalId(moment_->id);
+            if (rules_.onlyEditsAreWritten) {
+                timeline.updateRemoteInstance(origin, instance->row()->uniqueId(), values, takenOf(timeline));
+            }
             return instance;
+        }
+        const auto deleted = rules_.deletedClipsStayDeleted ? timeline.findDeletedInstance(origin) : nullptr;
+        if (deleted) {
+            how = "deleted";
+            deleted->setExternalId(moment_->id);
+            timeline.deleteAgainLater(origin);
+            return deleted;
         }
     }
     if (!rules_.missingRowIsMade && !timeline.findRowNamed(moment_->code)) {
@@ -62,8 +87,8 @@ CloudMomentItem::updateOnTimeline(const std::shared_ptr<RemoteCoding::TimelinePr
     if (!ours) {
         return nullptr;
     }
-    auto instance =
-        ours->updateRemoteInstance(instanceId, rowId, moment_->start, moment_->end, moment_->notes);
+    auto instance = ours->updateRemoteInstance(
+        instanceId, rowId, ClipValues(moment_->start, moment_->end, moment_->notes), takenOf(*ours));
     ours->recordCall(
         "updateOnTimeline",
         {{"momentId", moment_->id}, {"instanceId", instanceId}, {"found", instance ? "true" : "false"}});

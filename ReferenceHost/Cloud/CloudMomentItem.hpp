@@ -39,9 +39,9 @@ private:
 /// One moment, as this library brings it onto a `ReferenceHost::Timeline`.
 ///
 /// A moment that an instance's `externalId` names is appended as that instance, which is brought up to date. A moment that
-/// the timeline itself has sent without hearing of it, and whose instance is still there, is appended as that instance:
-/// its times stay as they are, because they are as new as the moment's or newer. On any other kind of timeline a moment has
-/// no place: it is appended as an instance without a row, and updates find nothing.
+/// the timeline itself has sent without hearing of it is appended as that instance; what its user has set since then stays.
+/// When the user has deleted it meanwhile, it stays deleted, and its deletion counts once more, so that it is sent. On any
+/// other kind of timeline a moment has no place: it is appended as an instance without a row, and updates find nothing.
 class CloudMomentItem final : public RemoteCoding::MomentItem {
 public:
     CloudMomentItem(MomentPointer moment, CloudRules rules) : moment_(std::move(moment)), rules_(rules) {}
@@ -57,6 +57,9 @@ public:
     [[nodiscard]] const MomentRecord& record() const { return *moment_; }
 
 private:
+    /// Up to which edits of its user the moment goes.
+    [[nodiscard]] EditNumbers takenOf(const Timeline& timeline) const;
+
     /// `how`: in a word, for the trace.
     [[nodiscard]] std::shared_ptr<TimelineInstance> placeOn(Timeline& timeline, const char*& how) const;
 

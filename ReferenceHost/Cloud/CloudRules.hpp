@@ -24,6 +24,15 @@ struct CloudRules {
     bool knownMomentsRecognised = true;
     /// A moment of a code without a row makes the row. Broken: its instance is placed nowhere.
     bool missingRowIsMade = true;
+    /// An update writes what the clip's user has changed, and each edit once; what others have changed meanwhile stays. Broken: it
+    /// writes the clip as it is.
+    bool onlyEditsAreWritten = true;
+    /// Saving a list of rows makes the changes that its user has made. Broken: it replaces the list.
+    bool listsAreMerged = true;
+    /// A moment of the timeline's own whose clip its user has deleted meanwhile is removed. Broken: it is appended as a new clip.
+    bool deletedClipsStayDeleted = true;
+    /// A write that the client repeats takes effect once. Broken: each time.
+    bool repeatedWritesCountOnce = true;
     /// Writes outlast short drops of the link. Broken: they fail with the first drop.
     bool writesAreRepeatedOverShortDrops = true;
 };

@@ -103,12 +103,13 @@ Base::Result<bool> CloudService::removeMoments(ClientId client, const std::strin
 
 Base::Result<std::string> CloudService::savePresentationView(ClientId client, const std::string& videoId,
                                                              const std::string& sessionId,
-                                                             const std::string& timelineId, CodeList codes) {
+                                                             const std::string& timelineId, CodeList codes,
+                                                             std::optional<RowEdits> edits) {
     const auto session = sessionOfVideo(videoId, sessionId);
     if (!session) {
         return noSuchSession<std::string>();
     }
-    session->savePresentationView(rules(), client, timelineId, std::move(codes));
+    session->savePresentationView(rules(), client, timelineId, std::move(codes), edits);
     return session->id() + ".view";
 }
 

@@ -95,11 +95,12 @@ public:
                                                    const std::string& sessionId,
                                                    const std::string& timelineId,
                                                    const std::vector<std::string>& momentIds);
-    /// Gives the identifier of the view.
-    [[nodiscard]] Base::Result<std::string> savePresentationView(ClientId client, const std::string& videoId,
-                                                                 const std::string& sessionId,
-                                                                 const std::string& timelineId,
-                                                                 CodeList codes);
+    /// Gives the identifier of the view. With `edits` these are made to the list that is there, each once, and `codes` counts only
+    /// when there is none; without, `codes` replaces the list.
+    [[nodiscard]] Base::Result<std::string>
+    savePresentationView(ClientId client, const std::string& videoId, const std::string& sessionId,
+                         const std::string& timelineId, CodeList codes,
+                         std::optional<RowEdits> edits = std::nullopt);
 
     /// Tells the subscriber every change after `afterSequence` (from now on when absent), those in the past before it
     /// returns. Fails when there is no such session.

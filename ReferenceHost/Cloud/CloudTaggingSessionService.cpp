@@ -3,7 +3,9 @@
 #include "Base/Error.hpp"
 #include "ReferenceHost/Cloud/CloudConnection.hpp"
 #include "ReferenceHost/Cloud/CloudService.hpp"
+#include "ReferenceHost/Timeline/Timeline.hpp"
 #include "ReferenceHost/Timeline/TimelineInstance.hpp"
+#include "ReferenceHost/Timeline/TimelineRow.hpp"
 
 #include <algorithm>
 #include <optional>
@@ -23,16 +25,23 @@ CloudCall callOf(CloudOperation operation, const std::string& teamId, const std:
     return call;
 }
 
-std::optional<MomentDraft> draftOf(const std::shared_ptr<RemoteCoding::TimelineInstanceProtocol>& instance) {
+std::optional<MomentDraft> draftOf(const std::shared_ptr<RemoteCoding::TimelineInstanceProtocol>& instance,
+                                   const CloudRules& rules) {
     const auto ours = std::dynamic_pointer_cast<TimelineInstance>(instance);
     if (!ours) {
         return std::nullopt;
     }
-    const ClipValues values = ours->values();
     MomentDraft draft;
+    // Before the values: an edit meanwhile is written again with its own number, a value with another's number never.
+    if (rules.onlyEditsAreWritten) {
+        draft.numbers = ours->editNumbers();
+    }
+    const ClipValues values = ours->values();
     draft.instanceId = ours->uniqueId();
     draft.externalId = ours->externalId();
-    if (const auto row = ours->row()) {
+    if (ours->row()) {
+        // The row as it is now: it may have got its name from somebody else since the clip was captured.
+        const auto row = ours->original()->row();
         draft.code = row->name();
         draft.codeColor = row->color();
     }
@@ -43,11 +52,12 @@ std::optional<MomentDraft> draftOf(const std::shared_ptr<RemoteCoding::TimelineI
 }
 
 // Absent when one of them cannot be read.
-std::optional<std::vector<MomentDraft>> draftsOf(const RemoteCoding::InstanceList& instances) {
+std::optional<std::vector<MomentDraft>> draftsOf(const RemoteCoding::InstanceList& instances,
+                                                 const CloudRules& rules) {
     std::vector<MomentDraft> drafts;
     drafts.reserve(instances->size());
     for (const auto& instance : *instances) {
-        auto draft = draftOf(instance);
+        auto draft = draftOf(instance, rules);
         if (!draft) {
             return std::nullopt;
         }
@@ -60,6 +70,29 @@ template <typename Value>
 Base::Result<Value> unreadable() {
     return Base::failure<Value>(
         Base::DescribedError("A clip of another kind of timeline cannot be written to the cloud"));
+}
+
+bool isDone(bool answer) { return answer; }
+bool isDone(const std::vector<std::string>& /*momentIds*/) { return true; }
+
+/// The completion, which first tells the clips that they were written.
+template <typename Answer>
+Base::Completion<Answer> notingWrites(const RemoteCoding::InstanceList& instances,
+                                      const std::vector<MomentDraft>& drafts,
+                                      Base::Completion<Answer> completion) {
+    std::vector<EditNumbers> numbers;
+    numbers.reserve(drafts.size());
+    for (const MomentDraft& draft : drafts) {
+        numbers.push_back(draft.numbers.value_or(EditNumbers()));
+    }
+    return [instances, numbers = std::move(numbers),
+            completion = std::move(completion)](Base::Result<Answer> answer) {
+        const bool written = answer.succeeded() && isDone(answer.value());
+        for (std::size_t index = 0; written && index < numbers.size(); ++index) {
+            static_cast<TimelineInstance&>(*(*instances)[index]).didWrite(numbers[index]);
+        }
+        completion(std::move(answer));
+    };
 }
 
 bool isAnsweredFalse(const Fault& fault) { return fault.kind == Fault::Kind::answerFalse; }
@@ -86,8 +119,23 @@ void CloudTaggingSessionService::savePresentationView(const std::string& teamId,
     static_cast<void>(name);  // always empty
     auto codes = std::make_shared<std::vector<CodeRecord>>();
     codes->reserve(rows->size());
+    std::shared_ptr<Timeline> timeline;
     for (const auto& row : *rows) {
         codes->push_back(CodeRecord{row->name(), row->color()});
+        const auto ours = timeline ? nullptr : std::dynamic_pointer_cast<TimelineRow>(row);
+        timeline = ours ? ours->timeline() : timeline;
+    }
+    std::optional<RowEdits> edits;
+    if (timeline && connection_->rules().listsAreMerged) {
+        edits = timeline->unsavedRowEdits();
+        completion = [completion = std::move(completion), timeline = std::weak_ptr(timeline),
+                      last = edits->empty() ? 0 : edits->back().number](Base::Result<std::string> saved) {
+            const auto current = saved.succeeded() ? timeline.lock() : nullptr;
+            if (current) {
+                current->rowEditsAreSaved(last);
+            }
+            completion(std::move(saved));
+        };
     }
     CloudCall call =
         callOf(CloudOperation::savePresentationView, teamId, videoId, taggingSessionId, timelineId);
@@ -96,7 +144,7 @@ void CloudTaggingSessionService::savePresentationView(const std::string& teamId,
     connection_->send(std::make_shared<PendingCallOf<std::string>>(
         std::move(call),
         [=, codes = CodeList(std::move(codes))](CloudService& service, const Fault&) {
-            return service.savePresentationView(client, videoId, taggingSessionId, timelineId, codes);
+            return service.savePresentationView(client, videoId, taggingSessionId, timelineId, codes, edits);
         },
         std::move(completion)));
 }
@@ -106,11 +154,12 @@ void CloudTaggingSessionService::createMoments(const std::string& teamId, const 
                                                const std::string& timelineId,
                                                RemoteCoding::InstanceList instances,
                                                Base::Completion<std::vector<std::string>> completion) {
-    auto drafts = draftsOf(instances);
+    auto drafts = draftsOf(instances, connection_->rules());
     if (!drafts) {
         completion(unreadable<std::vector<std::string>>());
         return;
     }
+    completion = notingWrites(instances, *drafts, std::move(completion));
     CloudCall call = callOf(CloudOperation::createMoments, teamId, videoId, taggingSessionId, timelineId);
     call.count = drafts->size();
     for (const MomentDraft& draft : *drafts) {
@@ -136,11 +185,12 @@ void CloudTaggingSessionService::updateMoments(const std::string& teamId, const 
                                                const std::string& timelineId,
                                                RemoteCoding::InstanceList instances,
                                                Base::Completion<bool> completion) {
-    auto drafts = draftsOf(instances);
+    auto drafts = draftsOf(instances, connection_->rules());
     if (!drafts) {
         completion(unreadable<bool>());
         return;
     }
+    completion = notingWrites(instances, *drafts, std::move(completion));
     CloudCall call = callOf(CloudOperation::updateMoments, teamId, videoId, taggingSessionId, timelineId);
     call.count = drafts->size();
     for (const MomentDraft& draft : *drafts) {

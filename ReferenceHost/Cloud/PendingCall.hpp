@@ -59,6 +59,7 @@ public:
     std::uint64_t epoch = 0;    ///< of the link, when the present attempt was sent
     bool isOnTheWay = false;    ///< not while it waits for its repetition
     bool hasMetFault = false;
+    bool isPerformed = false;
     bool isNeverAnswered = false;
     std::optional<Base::Seconds> lostSince;
     std::vector<FetchedSession> fetched;

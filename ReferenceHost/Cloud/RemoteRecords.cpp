@@ -1,6 +1,38 @@
 #include "ReferenceHost/Cloud/RemoteRecords.hpp"
 
+#include <algorithm>
+
 namespace ReferenceHost {
+
+MomentRecord withDraft(MomentRecord moment, const std::string& timelineId, const MomentDraft& draft) {
+    EditNumbers all;
+    EditNumbers& taken = draft.numbers ? moment.taken[timelineId] : all;
+    const auto takes = [&](std::uint64_t EditNumbers::* part) {
+        if (!draft.numbers) {
+            return true;
+        }
+        const bool isNew = *draft.numbers.*part > taken.*part;
+        taken.*part = std::max(taken.*part, *draft.numbers.*part);
+        return isNew;
+    };
+    if (takes(&EditNumbers::code)) {
+        moment.code = draft.code.value_or(moment.code);
+        moment.codeColor = draft.codeColor.value_or(moment.codeColor);
+    }
+    if (takes(&EditNumbers::times)) {
+        moment.start = draft.start;
+        moment.end = draft.end;
+    }
+    if (takes(&EditNumbers::notes)) {
+        moment.notes = draft.notes;
+    }
+    return moment;
+}
+
+bool isSameClip(const MomentRecord& left, const MomentRecord& right) {
+    return left.code == right.code && left.codeColor == right.codeColor && left.start == right.start &&
+           left.end == right.end && left.notes == right.notes;
+}
 
 const char* nameOf(CloudOperation operation) {
     switch (operation) {

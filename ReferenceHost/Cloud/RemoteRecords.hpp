@@ -2,8 +2,10 @@
 
 #include "Base/Color.hpp"
 #include "Components/RemoteCoding/HostInterfaces/TaggingSessionModel.hpp"
+#include "ReferenceHost/Timeline/UserEdits.hpp"
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -21,6 +23,8 @@ struct MomentDraft {
     double start = 0;                       ///< seconds
     double end = 0;                         ///< seconds
     std::string notes;
+    /// Which edits of the timeline's user set this; absent: everything is new.
+    std::optional<EditNumbers> numbers{};
 
     friend bool operator==(const MomentDraft&, const MomentDraft&) = default;
 };
@@ -35,10 +39,18 @@ struct MomentRecord {
     std::string notes;
     std::string originTimelineId;
     std::string originInstanceId;
+    std::map<std::string, EditNumbers> taken{};  ///< by timeline: up to which of its edits the moment goes
 
     friend bool operator==(const MomentRecord&, const MomentRecord&) = default;
 };
 using MomentPointer = std::shared_ptr<const MomentRecord>;
+
+/// The moment as that timeline's draft leaves it: of a draft with numbers, what has a higher number than was taken before.
+[[nodiscard]] MomentRecord withDraft(MomentRecord moment, const std::string& timelineId,
+                                     const MomentDraft& draft);
+
+/// Whether both say the same of the clip.
+[[nodiscard]] bool isSameClip(const MomentRecord& left, const MomentRecord& right);
 
 /// One row of a presentation view.
 struct CodeRecord {
@@ -99,7 +111,7 @@ struct AcceptedCall {
     std::uint64_t sequenceAfter = 0;     ///< and after it: equal when the call found nothing to change
     std::vector<MomentDraft> drafts;     ///< of creations and updates, as sent
     std::vector<std::string> momentIds;  ///< of creations: the answer; of removals: as sent
-    CodeList presentationView;
+    CodeList presentationView;           ///< that was saved
 };
 
 }  // namespace ReferenceHost

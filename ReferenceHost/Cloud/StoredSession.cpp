@@ -1,6 +1,9 @@
 #include "ReferenceHost/Cloud/StoredSession.hpp"
 
+#include "ReferenceHost/Cloud/CodeListMerge.hpp"
+
 #include <algorithm>
+#include <iterator>
 #include <unordered_set>
 
 namespace ReferenceHost {
@@ -9,14 +12,12 @@ using RemoteCoding::TaggingSessionChangeType;
 
 namespace {
 
-MomentPointer updated(const MomentRecord& moment, const MomentDraft& draft) {
-    auto result = std::make_shared<MomentRecord>(moment);
-    result->code = draft.code.value_or(moment.code);
-    result->codeColor = draft.codeColor.value_or(moment.codeColor);
-    result->start = draft.start;
-    result->end = draft.end;
-    result->notes = draft.notes;
-    return result;
+/// Whether there is anything to tell. A draft without numbers is told whatever it says.
+bool update(MomentPointer& moment, const std::string& timelineId, const MomentDraft& draft) {
+    auto result = std::make_shared<const MomentRecord>(withDraft(*moment, timelineId, draft));
+    const bool isNews = !draft.numbers || !isSameClip(*moment, *result);
+    moment = std::move(result);
+    return isNews;
 }
 
 // Identifiers in the order of their first mention.
@@ -53,9 +54,7 @@ std::vector<std::string> StoredSession::createMoments(const CloudRules& rules, C
             const auto known = idsByOrigin_.find(Origin(timelineId, draft.instanceId));
             if (rules.createIsIdempotent && known != idsByOrigin_.end()) {
                 const std::string momentId = known->second;
-                MomentPointer& moment = *find(momentId);
-                moment = updated(*moment, draft);
-                if (!created.contains(momentId)) {
+                if (update(*find(momentId), timelineId, draft) && !created.contains(momentId)) {
                     repeated.add(momentId);
                 }
                 answer.push_back(momentId);
@@ -76,7 +75,7 @@ bool StoredSession::updateMoments(const CloudRules& rules, CloudService::ClientI
                                   const std::string& timelineId, const std::vector<MomentDraft>& drafts) {
     return Base::synchronized(lock_, [&] {
         const std::uint64_t before = changes_.size();
-        DistinctIds found;
+        DistinctIds changed;
         bool allFound = true;
         for (const MomentDraft& draft : drafts) {
             MomentPointer* moment = draft.externalId ? find(*draft.externalId) : nullptr;
@@ -84,10 +83,11 @@ bool StoredSession::updateMoments(const CloudRules& rules, CloudService::ClientI
                 allFound = false;
                 continue;
             }
-            *moment = updated(**moment, draft);
-            found.add(*draft.externalId);
+            if (update(*moment, timelineId, draft)) {
+                changed.add(*draft.externalId);
+            }
         }
-        tellMoments(rules, client, TaggingSessionChangeType::momentsUpdated, stateOf(found.inOrder()));
+        tellMoments(rules, client, TaggingSessionChangeType::momentsUpdated, stateOf(changed.inOrder()));
         log_.push_back(AcceptedCall{
             CloudOperation::updateMoments, client, timelineId, before, changes_.size(), drafts, {}, nullptr});
         return allFound || rules.unknownIdsAreIgnored;
@@ -120,14 +120,15 @@ bool StoredSession::removeMoments(const CloudRules& rules, CloudService::ClientI
 }
 
 void StoredSession::savePresentationView(const CloudRules& rules, CloudService::ClientId client,
-                                         const std::string& timelineId, CodeList codes) {
+                                         const std::string& timelineId, CodeList codes,
+                                         const std::optional<RowEdits>& edits) {
     Base::synchronized(lock_, [&] {
         const std::uint64_t before = changes_.size();
-        presentationView_ = codes;
+        presentationView_ = edits && presentationView_ ? withNewEdits(timelineId, *edits) : codes;
         RemoteChange change;
         change.client = client;
         change.type = TaggingSessionChangeType::presentationViewUpdated;
-        change.presentationView = codes;
+        change.presentationView = presentationView_;
         tell(rules, std::move(change));
         log_.push_back(AcceptedCall{CloudOperation::savePresentationView,
                                     client,
@@ -136,29 +137,18 @@ void StoredSession::savePresentationView(const CloudRules& rules, CloudService::
                                     changes_.size(),
                                     {},
                                     {},
-                                    std::move(codes)});
+                                    presentationView_});
     });
 }
 
-void StoredSession::subscribe(CloudService::SubscriberId id, CloudService::ClientId client,
-                              std::optional<std::uint64_t> afterSequence, CloudService::Subscriber subscriber,
-                              const CloudRules& rules) {
-    Base::synchronized(lock_, [&] {
-        const std::uint64_t now = changes_.size();
-        for (std::uint64_t sequence = std::min(afterSequence.value_or(now), now); sequence < now;
-             ++sequence) {
-            const ChangePointer& change = changes_[sequence];
-            if (rules.senderIsTold || change->client != client) {
-                subscriber(change);
-            }
-        }
-        followers_[id] = Follower{client, std::move(subscriber)};
-    });
-}
-
-void StoredSession::unsubscribe(CloudService::SubscriberId id) {
-    // Let go of outside the lock: what a subscriber holds may come back here when it is destroyed.
-    const auto node = Base::synchronized(lock_, [&] { return followers_.extract(id); });
+/// The list with those of the edits that it does not have yet.
+CodeList StoredSession::withNewEdits(const std::string& timelineId, const RowEdits& edits) {
+    std::uint64_t& taken = takenRowEdits_[timelineId];
+    RowEdits newEdits;
+    std::ranges::copy_if(edits, std::back_inserter(newEdits),
+                         [&](const RowEdit& edit) { return edit.number > taken; });
+    taken = newEdits.empty() ? taken : newEdits.back().number;
+    return std::make_shared<const std::vector<CodeRecord>>(withEdits(*presentationView_, newEdits));
 }
 
 TaggingSessionRecord StoredSession::record() const {
@@ -200,10 +190,16 @@ std::string StoredSession::add(const std::string& timelineId, const MomentDraft&
     moment.id = id_ + ".moment-" + std::to_string(++lastMoment_);
     moment.originTimelineId = timelineId;
     moment.originInstanceId = draft.instanceId;
-    moments_.push_back(updated(moment, draft));
-    momentsById_[moment.id] = std::prev(moments_.end());
-    idsByOrigin_[Origin(timelineId, draft.instanceId)] = moment.id;
-    return moment.id;
+    if (draft.numbers) {
+        moment.taken[timelineId] = *draft.numbers;
+    }
+    MomentDraft whole = draft;
+    whole.numbers.reset();
+    moments_.push_back(std::make_shared<const MomentRecord>(withDraft(std::move(moment), timelineId, whole)));
+    const std::string& id = moments_.back()->id;
+    momentsById_[id] = std::prev(moments_.end());
+    idsByOrigin_[Origin(timelineId, draft.instanceId)] = id;
+    return id;
 }
 
 void StoredSession::remove(const std::string& momentId) {
@@ -224,29 +220,6 @@ std::vector<MomentPointer> StoredSession::stateOf(const std::vector<std::string>
         moments.push_back(*find(momentId));
     }
     return moments;
-}
-
-void StoredSession::tellMoments(const CloudRules& rules, CloudService::ClientId client,
-                                TaggingSessionChangeType type, std::vector<MomentPointer> moments) {
-    if (moments.empty()) {
-        return;
-    }
-    RemoteChange change;
-    change.client = client;
-    change.type = type;
-    change.moments = std::move(moments);
-    tell(rules, std::move(change));
-}
-
-void StoredSession::tell(const CloudRules& rules, RemoteChange change) {
-    change.sequence = changes_.size() + 1;
-    const auto told = std::make_shared<const RemoteChange>(std::move(change));
-    changes_.push_back(told);
-    for (const auto& [id, follower] : followers_) {
-        if (rules.senderIsTold || follower.client != told->client) {
-            follower.subscriber(told);
-        }
-    }
 }
 
 }  // namespace ReferenceHost

@@ -34,7 +34,8 @@ public:
                                      const std::string& timelineId,
                                      const std::vector<std::string>& momentIds);
     void savePresentationView(const CloudRules& rules, CloudService::ClientId client,
-                              const std::string& timelineId, CodeList codes);
+                              const std::string& timelineId, CodeList codes,
+                              const std::optional<RowEdits>& edits);
 
     void subscribe(CloudService::SubscriberId id, CloudService::ClientId client,
                    std::optional<std::uint64_t> afterSequence, CloudService::Subscriber subscriber,
@@ -59,6 +60,7 @@ private:
     std::string add(const std::string& timelineId, const MomentDraft& draft);
     void remove(const std::string& momentId);
     std::vector<MomentPointer> stateOf(const std::vector<std::string>& momentIds);
+    CodeList withNewEdits(const std::string& timelineId, const RowEdits& edits);
     void tell(const CloudRules& rules, RemoteChange change);
     void tellMoments(const CloudRules& rules, CloudService::ClientId client,
                      RemoteCoding::TaggingSessionChangeType type, std::vector<MomentPointer> moments);
@@ -73,6 +75,8 @@ private:
     std::unordered_map<std::string, std::list<MomentPointer>::iterator> momentsById_;
     std::map<Origin, std::string> idsByOrigin_;
     CodeList presentationView_;
+    std::map<std::string, std::uint64_t>
+        takenRowEdits_;                   // by timeline: up to which of its edits the list goes
     std::vector<ChangePointer> changes_;  // the change with sequence n stands at index n - 1
     std::vector<AcceptedCall> log_;
     std::map<CloudService::SubscriberId, Follower> followers_;

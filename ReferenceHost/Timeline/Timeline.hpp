@@ -9,6 +9,7 @@
 #include "ReferenceHost/Timeline/TimelineInstance.hpp"
 #include "ReferenceHost/Timeline/TimelineRow.hpp"
 #include "ReferenceHost/Timeline/TimelineRules.hpp"
+#include "ReferenceHost/Timeline/UserEdits.hpp"
 
 #include <atomic>
 #include <cstddef>
@@ -35,7 +36,7 @@ class PartialTimeline;
 ///   of what the row says; unstamped, it would look moved whenever it changes next;
 /// - a row that is restored: also the clips that come back with it.
 ///
-/// The model takes names, notes and times as they come.
+/// The model takes notes and times as they come, and all names but those that another row has.
 class Timeline final : public RemoteCoding::TimelineProtocol, public std::enable_shared_from_this<Timeline> {
 public:
     struct Options {
@@ -51,6 +52,9 @@ public:
 
         std::shared_ptr<const TimelineRules> rules;  ///< null: all are kept
         CallRecorder recordCall;  ///< told of the coding target's calls, and of the sync library's edits
+
+        /// Runs a job on the main thread, later.
+        std::function<void(Base::Job)> runLater;
 
         /// Runs the callbacks of the coding target's row insertions on the main thread. Empty: at once.
         std::function<void(Base::Job)> runInsertionCallback;
@@ -130,9 +134,24 @@ public:
                                                            Base::Color colorForNewRow);
 
     /// Null when there is no such clip on that row. Does not touch the `externalId`. Constant time.
+    /// `taken`: up to which edits of its user these values go. What the user has set later stays.
     std::shared_ptr<TimelineInstance> updateRemoteInstance(const std::string& instanceId,
-                                                           const std::string& rowId, double startTime,
-                                                           double endTime, const std::string& notes);
+                                                           const std::string& rowId, ClipValues values,
+                                                           const EditNumbers& taken);
+
+    /// As if the user had not edited the clip after these.
+    void forgetEdits(const std::string& instanceId, const EditNumbers& taken);
+
+    /// Null when there is no such clip, or it is there.
+    [[nodiscard]] std::shared_ptr<TimelineInstance> findDeletedInstance(const std::string& instanceId) const;
+
+    /// Counts the deletion of the clip once more, in a main-thread job of its own, if it is not undone by then.
+    void deleteAgainLater(const std::string& instanceId);
+
+    /// The user's edits of the list of rows that can be saved and are not, in order. A new name can be saved when the moments of the
+    /// row's clips have been written with it: whoever gets the list before them takes the row for a new one. Any thread.
+    [[nodiscard]] RowEdits unsavedRowEdits() const;
+    void rowEditsAreSaved(std::uint64_t last);  ///< any thread
 
     /// Takes away a clip that the sync library puts elsewhere.
     void removeRemoteInstance(const std::string& instanceId);
@@ -162,7 +181,13 @@ private:
 
     [[nodiscard]] std::shared_ptr<TimelineRow> makeRow(const std::string& name, Base::Color color,
                                                        std::int64_t index, std::int64_t count);
-    bool setValues(InstanceEntry& entry, ClipValues values);
+    /// `part`: what the user has set.
+    bool setValues(InstanceEntry& entry, ClipValues values, std::uint64_t EditNumbers::* part);
+
+    /// Of the user's edit under way; 0 when it is not the user's.
+    [[nodiscard]] std::uint64_t nextEditNumber();
+    [[nodiscard]] bool isNameRefused(const std::string& name) const;
+    void rememberEdit(RowEdit::Kind kind, const TimelineRow& row, const std::string& oldName = {});
     [[nodiscard]] bool wentWithItsRow(const InstanceEntry& entry) const;
     void insertIntoRows(std::shared_ptr<TimelineRow> row, std::int64_t index, std::int64_t count);
 
@@ -176,14 +201,20 @@ private:
     bool codingTargetAvailable_ = true;
     bool componentEdits_ = false;  // while an edit of the component or the sync library runs
     std::int64_t lastOrder_ = 0;
+    std::uint64_t lastEditNumber_ = 0;
 
     std::atomic<std::int64_t> modifyCount_{0};
     ChangeLog<TimelineRow> rowLog_;
     ChangeLog<TimelineInstance> instanceLog_;
     std::unordered_map<std::string, std::vector<InstanceEntry*>> byExternalId_;  // present or past
 
-    Base::ObjectLock rowsLock_;  // guards the list; only the main thread writes it
-    SnapshotList<RemoteCoding::TimelineRowProtocol> rows_;
+    Base::ObjectLock rowsLock_;                             // guards the rest
+    SnapshotList<RemoteCoding::TimelineRowProtocol> rows_;  // only the main thread writes it
+    struct UnsavedRowEdit {
+        RowEdit edit;
+        std::shared_ptr<const TimelineRow> row;
+    };
+    std::vector<UnsavedRowEdit> unsavedRowEdits_;
 };
 
 }  // namespace ReferenceHost

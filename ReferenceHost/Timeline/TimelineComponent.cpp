@@ -151,6 +151,11 @@ std::shared_ptr<Timeline> TimelineComponent::openTimeline(const std::string& tit
             self->timelineDidChange(timeline);
         }
     };
+    options.runLater = [weakSelf = weak_from_this()](Base::Job job) {
+        if (const auto self = weakSelf.lock()) {
+            self->execution_.postToMain(std::move(job));
+        }
+    };
     options.runInsertionCallback = [weakSelf = weak_from_this()](Base::Job callback) {
         const auto self = weakSelf.lock();
         if (self && self->insertionCallbacksComeLater) {

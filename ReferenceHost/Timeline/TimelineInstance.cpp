@@ -3,6 +3,7 @@
 #include "ReferenceHost/Timeline/Timeline.hpp"
 #include "ReferenceHost/Timeline/TimelineRow.hpp"
 
+#include <algorithm>
 #include <cmath>
 
 namespace ReferenceHost {
@@ -61,10 +62,45 @@ ClipValues TimelineInstance::values() const {
     return synchronized(lock_, [this] { return values_; });
 }
 
-std::shared_ptr<TimelineInstance> TimelineInstance::detachedCopy(std::weak_ptr<TimelineRow> row) const {
+std::shared_ptr<TimelineInstance> TimelineInstance::detachedCopy(std::weak_ptr<TimelineRow> row) {
     auto copy = std::make_shared<TimelineInstance>(uniqueId_, std::move(row), values(), order_, isShared_);
     copy->externalId_ = externalId();
+    copy->numbers_ = editNumbers();
+    copy->original_ = weak_from_this();
     return copy;
+}
+
+EditNumbers TimelineInstance::editNumbers() const {
+    EditNumbers numbers = synchronized(lock_, [this] { return numbers_; });
+    if (const auto row = row_.lock()) {
+        numbers.code = std::max(numbers.code, row->nameEditNumber());
+    }
+    return numbers;
+}
+
+std::shared_ptr<TimelineInstance> TimelineInstance::original() {
+    const auto original = original_.lock();
+    return original ? original : shared_from_this();
+}
+
+void TimelineInstance::didWrite(const EditNumbers& numbers) {
+    if (const auto original = original_.lock()) {
+        original->didWrite(numbers);
+        return;
+    }
+    synchronized(lock_, [&] {
+        written_.code = std::max(written_.code, numbers.code);
+        written_.times = std::max(written_.times, numbers.times);
+        written_.notes = std::max(written_.notes, numbers.notes);
+    });
+}
+
+EditNumbers TimelineInstance::written() const {
+    return synchronized(lock_, [this] { return written_; });
+}
+
+void TimelineInstance::setEditNumbers(EditNumbers numbers) {
+    synchronized(lock_, [&] { numbers_ = numbers; });
 }
 
 void TimelineInstance::setValues(ClipValues values) {

@@ -2,6 +2,7 @@
 
 #include "Base/Synchronized.hpp"
 #include "Components/RemoteCoding/HostInterfaces/TimelineProtocol.hpp"
+#include "ReferenceHost/Timeline/UserEdits.hpp"
 
 #include <cstdint>
 #include <memory>
@@ -30,7 +31,8 @@ struct ClipValues {
 
 /// One tagged clip: a live one of a timeline, or a partial timeline's detached copy of one. Written on the
 /// main thread only, read from any thread, also after it was removed.
-class TimelineInstance final : public RemoteCoding::TimelineInstanceProtocol {
+class TimelineInstance final : public RemoteCoding::TimelineInstanceProtocol,
+                               public std::enable_shared_from_this<TimelineInstance> {
 public:
     TimelineInstance(std::string uniqueId, std::weak_ptr<TimelineRow> row, ClipValues values,
                      std::int64_t order, bool isShared);
@@ -49,6 +51,18 @@ public:
     /// All of them at one moment: never one edit's start with another's end.
     [[nodiscard]] ClipValues values() const;
 
+    /// Which edits of the timeline's user have set its parts; for the code, the row's name counts too.
+    [[nodiscard]] EditNumbers editNumbers() const;
+
+    /// Of a detached copy: the clip that it shows, if that still is anywhere. Else the clip itself.
+    [[nodiscard]] std::shared_ptr<TimelineInstance> original();
+
+    /// The clip was written to the cloud with what these edits have set. Of a detached copy: the clip that it shows was.
+    void didWrite(const EditNumbers& numbers);
+
+    /// Up to which edits the clip was written.
+    [[nodiscard]] EditNumbers written() const;
+
     /// Whether it came from elsewhere, by the sync library.
     [[nodiscard]] bool isShared() const { return isShared_; }
 
@@ -56,13 +70,14 @@ public:
     [[nodiscard]] std::int64_t order() const { return order_; }
 
     /// A copy with the present values that nobody edits, on another row.
-    [[nodiscard]] std::shared_ptr<TimelineInstance> detachedCopy(std::weak_ptr<TimelineRow> row) const;
+    [[nodiscard]] std::shared_ptr<TimelineInstance> detachedCopy(std::weak_ptr<TimelineRow> row);
 
 private:
     friend class Timeline;
     friend class TimelineRow;
 
     void setValues(ClipValues values);
+    void setEditNumbers(EditNumbers numbers);
     /// Writes the id without telling the timeline.
     void writeExternalId(std::optional<std::string> externalId);
 
@@ -71,8 +86,12 @@ private:
     const std::int64_t order_;
     const bool isShared_;
 
-    Base::ObjectLock lock_;  // guards the next two
+    std::weak_ptr<TimelineInstance> original_;  // of a detached copy
+
+    Base::ObjectLock lock_;  // guards the next four
     ClipValues values_;
+    EditNumbers numbers_;
+    EditNumbers written_;
     std::optional<std::string> externalId_;
 
     bool onRow_ = true;  // guarded by the row's lock

@@ -68,6 +68,14 @@ void TimelineRow::setName(std::string name) {
     synchronized(lock_, [&] { std::swap(name_, name); });
 }
 
+std::uint64_t TimelineRow::nameEditNumber() const {
+    return synchronized(lock_, [this] { return nameEditNumber_; });
+}
+
+void TimelineRow::setNameEditNumber(std::uint64_t number) {
+    synchronized(lock_, [&] { nameEditNumber_ = number; });
+}
+
 void TimelineRow::setColor(Base::Color color) {
     synchronized(lock_, [&] { color_ = color; });
 }

@@ -20,7 +20,8 @@ class Timeline;
 /// Its clips stand in the order in which they were added; an undone removal puts a clip back to its old
 /// place. Adding, retiming and removing a clip takes constant time while nobody holds a snapshot: removed
 /// clips stay in the list until the next snapshot asks for a clean one.
-class TimelineRow final : public RemoteCoding::TimelineRowProtocol {
+class TimelineRow final : public RemoteCoding::TimelineRowProtocol,
+                          public std::enable_shared_from_this<TimelineRow> {
 public:
     TimelineRow(std::string uniqueId, std::string name, Base::Color color, std::int64_t rowNum,
                 std::weak_ptr<Timeline> timeline);
@@ -34,6 +35,12 @@ public:
     [[nodiscard]] std::int64_t numberOfInstances() const override;
     [[nodiscard]] RemoteCoding::InstanceList allInstances() const override;
 
+    /// The user's edit that gave the row its name; 0: none did.
+    [[nodiscard]] std::uint64_t nameEditNumber() const;
+
+    /// Null for a detached copy, and when the timeline is gone.
+    [[nodiscard]] std::shared_ptr<Timeline> timeline() const { return timeline_.lock(); }
+
     /// A copy of the row as it is, without its clips and without a timeline.
     [[nodiscard]] std::shared_ptr<TimelineRow> detachedCopy() const;
 
@@ -42,6 +49,7 @@ private:
     friend class TimelineInstance;
 
     void setName(std::string name);
+    void setNameEditNumber(std::uint64_t number);
     void setColor(Base::Color color);
     void setRowNum(std::int64_t rowNum);
 
@@ -54,6 +62,7 @@ private:
 
     Base::ObjectLock lock_;  // guards the rest, and `onRow_` of the row's instances
     std::string name_;
+    std::uint64_t nameEditNumber_ = 0;
     Base::Color color_;
     std::int64_t rowNum_;
     mutable SnapshotList<RemoteCoding::TimelineInstanceProtocol> instances_;  // sorted by `order`

@@ -45,6 +45,9 @@ struct TimelineRules {
 
     /// A deletion that was undone is not listed. Off: it stays listed.
     bool undoneDeletionsAreNotListed = true;
+
+    /// The user cannot give a row a name that another row of the timeline has. Off: two rows may have the same name.
+    bool rowNamesAreUnique = true;
 };
 
 }  // namespace ReferenceHost

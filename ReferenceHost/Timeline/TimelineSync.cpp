@@ -9,6 +9,8 @@
 
 namespace ReferenceHost {
 
+using Base::synchronized;
+
 std::shared_ptr<TimelineInstance> Timeline::findInstanceOf(const std::string& externalId) const {
     const auto entries = byExternalId_.find(externalId);
     if (entries == byExternalId_.end()) {
@@ -58,16 +60,78 @@ Timeline::appendRemoteInstance(const std::string& code, const std::string& exter
 }
 
 std::shared_ptr<TimelineInstance> Timeline::updateRemoteInstance(const std::string& instanceId,
-                                                                 const std::string& rowId, double startTime,
-                                                                 double endTime, const std::string& notes) {
+                                                                 const std::string& rowId, ClipValues values,
+                                                                 const EditNumbers& taken) {
     auto* entry = instanceLog_.findPresent(instanceId);
     if (entry == nullptr || entry->object->row()->uniqueId() != rowId) {
         return nullptr;
     }
     const TimelineComponentEdit edit(*this);
     auto instance = entry->object;
-    setValues(*entry, ClipValues(startTime, endTime, notes));
+    const EditNumbers numbers = instance->editNumbers();
+    const ClipValues mine = instance->values();
+    if (numbers.times > taken.times) {
+        values.startTime = mine.startTime;
+        values.endTime = mine.endTime;
+    }
+    if (numbers.notes > taken.notes) {
+        values.notes = mine.notes;
+    }
+    setValues(*entry, std::move(values), nullptr);
     return instance;
+}
+
+void Timeline::forgetEdits(const std::string& instanceId, const EditNumbers& taken) {
+    if (const auto instance = findInstance(instanceId)) {
+        EditNumbers numbers = instance->editNumbers();
+        numbers.times = std::min(numbers.times, taken.times);
+        numbers.notes = std::min(numbers.notes, taken.notes);
+        instance->setEditNumbers(numbers);
+    }
+}
+
+RowEdits Timeline::unsavedRowEdits() const {
+    const auto unsaved = synchronized(rowsLock_, [this] { return unsavedRowEdits_; });
+    RowEdits edits;
+    for (const auto& [edit, row] : unsaved) {
+        const auto clips = row->allInstances();
+        const bool mustWait =
+            edit.kind == RowEdit::Kind::rename && std::ranges::any_of(*clips, [&](const auto& clip) {
+                return clip->externalId() &&
+                       static_cast<const TimelineInstance&>(*clip).written().code < edit.number;
+            });
+        if (mustWait) {
+            break;
+        }
+        edits.push_back(edit);
+    }
+    return edits;
+}
+
+void Timeline::rowEditsAreSaved(std::uint64_t last) {
+    synchronized(rowsLock_, [&] {
+        std::erase_if(unsavedRowEdits_, [&](const auto& unsaved) { return unsaved.edit.number <= last; });
+    });
+}
+
+std::shared_ptr<TimelineInstance> Timeline::findDeletedInstance(const std::string& instanceId) const {
+    const auto* entry = instanceLog_.find(instanceId);
+    return entry != nullptr && entry->removed ? entry->object : nullptr;
+}
+
+void Timeline::deleteAgainLater(const std::string& instanceId) {
+    if (!options_.runLater) {
+        return;
+    }
+    options_.runLater([weakSelf = weak_from_this(), instanceId] {
+        const auto self = weakSelf.lock();
+        auto* entry = self ? self->instanceLog_.find(instanceId) : nullptr;
+        if (entry != nullptr && entry->removed) {
+            const auto count = self->nextCount(ChangeKind::existence);
+            self->instanceLog_.didRemove(*entry, count);
+            self->finishChange(count);
+        }
+    });
 }
 
 void Timeline::removeRemoteInstance(const std::string& instanceId) {

@@ -48,6 +48,7 @@ public:
     virtual void retime(const Timeline& timeline, const Instance& instance, double start, double end) = 0;
     virtual void remove(const Timeline& timeline, const Instance& instance) = 0;
     virtual void addRow(const Timeline& timeline, const std::string& name, Base::Color color) = 0;
+    virtual void renameRow(const Timeline& timeline, const std::string& name, const std::string& newName) = 0;
 
     /// What the clip says, with the name of its row as the code, and anything but that when it is on no row.
     [[nodiscard]] virtual Clip clipOf(const Instance& instance) = 0;

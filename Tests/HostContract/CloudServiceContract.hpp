@@ -103,7 +103,13 @@ TEST_P(CloudServiceContract, GivesBackTheClipThatAMomentOfThisTimelineStandsFor)
     EXPECT_EQ(timeline(ann)->modifyCount(), count);
 
     host().remove(timeline(ann), clip);
-    EXPECT_NE(moment->appendToTimeline(timeline(ann))->uniqueId(), clip->uniqueId()) << "It has gone.";
+    const std::int64_t deleted = timeline(ann)->modifyCount();
+    EXPECT_EQ(moment->appendToTimeline(timeline(ann))->uniqueId(), clip->uniqueId());
+    EXPECT_EQ(timeline(ann)->allRows()->front()->numberOfInstances(), 0) << "It stays deleted.";
+    EXPECT_EQ(timeline(ann)->modifyCount(), deleted) << "The component counts what it has applied.";
+    host().settle();
+    const auto changes = timeline(ann)->timelineFromModifyCount(deleted + 1, false);
+    EXPECT_EQ(changes->deletedInstanceIds(), Ids{clip->uniqueId()}) << "The deletion can be sent.";
 }
 
 TEST_P(CloudServiceContract, GivesBackTheClipThatHasTheMomentsIdAndBringsItUpToDate) {
@@ -120,10 +126,76 @@ TEST_P(CloudServiceContract, GivesBackTheClipThatHasTheMomentsIdAndBringsItUpToD
     EXPECT_EQ(host().clipOf(clip), Clip("Shot", 5, 6, ""));
 
     // As after a rename, which the others' timeline has not been told of.
-    timeline(ann)->codingTarget()->setRowNameWithRowNum(clips[0]->row()->rowNum(), "Goal");
+    host().renameRow(timeline(ann), "Shot", "Goal");
     EXPECT_TRUE(wait(startUpdate(ann, session, clips)).value());
     EXPECT_EQ(host().clipOf(append()), Clip("Goal", 5, 6, ""));
     EXPECT_EQ(timeline(ben)->allRows()->front()->numberOfInstances(), 0) << "It is not on both rows.";
+}
+
+TEST_P(CloudServiceContract, WritesWhatItsUserHasChangedAndEachEditOnce) {
+    const std::string session = createSession(ann);
+    const Instance clip = tag(ann, Clip("Shot", 1, 2, "first"));
+    (void)create(ann, session, {clip});
+    const auto received = fetchMoments(ben).front();
+    const Instance bens = received->appendToTimeline(timeline(ben));
+    const auto update = [&](std::size_t analyst, const Instance& instance) {
+        EXPECT_TRUE(wait(startUpdate(analyst, session, {instance})).value());
+        return fetchClips(cleo).front();
+    };
+
+    host().retime(timeline(ann), clip, 5, 6);
+    const auto partial = timeline(ann)->timelineFromModifyCount(timeline(ann)->modifyCount(), false);
+    const Instance captured = partial->allRows()->front()->allInstances()->front();
+    host().retime(timeline(ann), clip, 7, 8);
+    EXPECT_EQ(update(ann, clip), Clip("Shot", 7, 8, "first"));
+    EXPECT_EQ(update(ann, captured), Clip("Shot", 7, 8, "first")) << "An older edit comes too late.";
+    EXPECT_EQ(update(ben, bens), Clip("Shot", 7, 8, "first")) << "Ben has changed nothing.";
+
+    host().retime(timeline(ben), bens, 9, 10);
+    const auto now = fetchMoments(ben).front();
+    (void)now->updateOnTimeline(timeline(ben), bens->uniqueId(), bens->row()->uniqueId());
+    EXPECT_EQ(host().clipOf(bens), Clip("Shot", 9, 10, "first")) << "What was not sent yet stays.";
+    EXPECT_EQ(update(ben, bens), Clip("Shot", 9, 10, "first"));
+}
+
+TEST_P(CloudServiceContract, SavesOfAListWhatItsUserHasChanged) {
+    const std::string session = createSession(ann);
+    const auto rows = [&](std::size_t analyst) {
+        std::vector<std::string> names;
+        const Sessions sessions = wait(startFetch(analyst)).value();
+        const auto list =
+            host().syncLibrary(analyst).presentationViewItem(*sessions.front().presentationViews->front());
+        for (const auto& row : list->subViews) {
+            names.push_back(row.name);
+        }
+        return names;
+    };
+    const auto save = [&](std::size_t analyst) {
+        EXPECT_TRUE(wait(startSaveRows(analyst, session)).succeeded());
+        return rows(cleo);
+    };
+    const Base::Color color(0, 128, 0);
+    host().addRow(timeline(ann), "Shot", color);
+    host().addRow(timeline(ann), "Pass", color);
+    EXPECT_EQ(save(ann), (Ids{"Shot", "Pass"}));
+    for (const char* name : {"Pass", "Shot"}) {
+        timeline(ben)->codingTarget()->insertRowWithName(name, color, 0, {});
+    }
+
+    host().addRow(timeline(ann), "Goal", color);
+    host().renameRow(timeline(ann), "Shot", "Attempt");
+    EXPECT_EQ(save(ann), (Ids{"Attempt", "Pass", "Goal"}));
+    host().addRow(timeline(ben), "Corner", color);
+    EXPECT_EQ(save(ben), (Ids{"Attempt", "Pass", "Corner", "Goal"})) << "He has heard of neither.";
+    EXPECT_EQ(save(ben), (Ids{"Attempt", "Pass", "Corner", "Goal"}));
+
+    // Whoever is told of a new name first takes the row for a new one.
+    const Instance clip = tag(ann, Clip("Goal", 1, 2, ""));
+    (void)create(ann, session, {clip});
+    host().renameRow(timeline(ann), "Goal", "Score");
+    EXPECT_EQ(save(ann).back(), "Goal") << "The clip's code comes first.";
+    EXPECT_TRUE(wait(startUpdate(ann, session, {clip})).value());
+    EXPECT_EQ(save(ann).back(), "Score");
 }
 
 TEST_P(CloudServiceContract, RepeatsWritesOverADropAndFetchesNever) {

@@ -47,6 +47,7 @@ public:
         ReferenceHost::Timeline::Options options;
         options.makeId = [this] { return "id-" + std::to_string(++lastId_); };
         options.uniqueId = options.makeId();
+        options.runLater = [this](Base::Job job) { executions_.front()->postToMain(std::move(job)); };
         return ReferenceHost::Timeline::make(std::move(options));
     }
 
@@ -64,6 +65,9 @@ public:
     }
     void addRow(const Timeline& timeline, const std::string& name, Base::Color color) override {
         own(timeline).addRow(name, color);
+    }
+    void renameRow(const Timeline& timeline, const std::string& name, const std::string& newName) override {
+        own(timeline).renameRow(own(timeline).findRowNamed(name)->uniqueId(), newName);
     }
     Clip clipOf(const Instance& instance) override {
         const auto& clip = dynamic_cast<const ReferenceHost::TimelineInstance&>(*instance);

@@ -24,7 +24,8 @@ public:
     void runMainJobs() override { (void)time_.runUntilIdle(Base::Seconds(1)); }
 
     std::string addRow(const std::string& name, Base::Color color) override {
-        return timeline_->addRow(name, color)->uniqueId();
+        const auto row = timeline_->addRow(name, color);
+        return row ? row->uniqueId() : std::string();
     }
     void renameRow(const std::string& rowId, const std::string& name) override {
         timeline_->renameRow(rowId, name);
@@ -77,6 +78,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(TimelineContractTest, NoticesEachBrokenRule) {
     using Rules = ReferenceHost::TimelineRules;
     const std::vector<std::pair<bool Rules::*, const TimelineCase*>> noticedBy = {
+        {&Rules::rowNamesAreUnique, &rowNames},
         {&Rules::everyChangeCounts, &editsCount},
         {&Rules::emptyEditIsNoChange, &emptyEditsDoNotCount},
         {&Rules::externalIdIsNoChange, &emptyEditsDoNotCount},

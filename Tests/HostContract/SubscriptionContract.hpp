@@ -88,6 +88,7 @@ TEST_P(SubscriptionContract, TellsEverybodyEverythingInOneOrder) {
     runUntil([&] { return atAnn->events.size() >= concurrent; });
     const Instance last = tag(ann, Clip("Goal", 1, 2, ""));
     const Ids lastIds = create(ann, session, {last});
+    host().retime(timeline(ann), last, 1, 3);
     EXPECT_TRUE(wait(startUpdate(ann, session, {last})).value());
     EXPECT_TRUE(wait(startRemove(ann, session, {"no such moment"})).value());
     EXPECT_TRUE(wait(startSaveRows(ann, session)).succeeded());

@@ -27,6 +27,22 @@ const TimelineCase editsCount("EveryEditRaisesTheCountAndIsThenAnnounced", [](Ti
     expectChange(host, "removing a row", [&] { host.removeRow(other); });
 });
 
+const TimelineCase rowNames("ARowCannotGetTheNameOfAnotherOne", [](TimelineFixture& host) {
+    const auto first = host.addRow("Shot", red);
+    const auto second = host.addRow("Pass", red);
+    const auto count = host.timeline()->modifyCount();
+    host.renameRow(second, "Shot");
+    EXPECT_EQ(rowWithId(*host.timeline(), second)->name(), "Pass");
+    EXPECT_EQ(host.addRow("Shot", red), "");
+    EXPECT_EQ(rowIds(host), (Ids{first, second}));
+    EXPECT_EQ(host.timeline()->modifyCount(), count);
+
+    host.removeRow(first);
+    host.renameRow(second, "Shot");
+    EXPECT_FALSE(host.restoreRow(first)) << "There is one of that name by now.";
+    EXPECT_EQ(rowIds(host), Ids{second});
+});
+
 const TimelineCase emptyEditsDoNotCount("AnEmptyEditAndAnExternalIdAreNoChange", [](TimelineFixture& host) {
     const auto row = host.addRow("Shot", red);
     (void)host.addRow("Pass", green);

@@ -30,7 +30,9 @@ public:
     /// Runs what is posted to the main thread.
     virtual void runMainJobs() = 0;
 
-    virtual std::string addRow(const std::string& name, Base::Color color) = 0;  ///< at the end; gives the id
+    virtual std::string
+    addRow(const std::string& name,
+           Base::Color color) = 0;  ///< at the end; gives the id, or nothing when it was refused
     virtual void renameRow(const std::string& rowId, const std::string& name) = 0;
     virtual void recolorRow(const std::string& rowId, Base::Color color) = 0;
     virtual void moveRow(const std::string& rowId, std::int64_t to) = 0;

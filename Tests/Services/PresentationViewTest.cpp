@@ -55,7 +55,12 @@ TEST_F(PresentationViewTest, RowsFollowTheOrderAndColoursOfTheViewFromTheTopDown
 }
 
 TEST_F(PresentationViewTest, OnlyEmptyRowsThatTheViewDoesNotNameAreRemoved) {
-    startAnn({"Attack", "Attack", "Empty", "Full", "attack"});
+    startAnn({"Attack", "Empty", "Full", "attack"});
+    auto rules = cloud.rules();
+    rules.listsAreMerged = false;
+    cloud.setRules(rules);
+    ann().host.timelines().rules().rowNamesAreUnique = false;
+    ann().timeline->addRow("Attack", grey, 1);
     ann().tag("Full", 1, 2);
     settle();
     const std::string empty = ann().row("Empty")->uniqueId();

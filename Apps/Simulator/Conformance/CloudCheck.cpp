@@ -96,8 +96,8 @@ private:
                 if (known->second != momentId) {
                     add("cloudFold", "a second creation of one clip gives another identifier");
                 }
-                write(moments_[momentId], draft);
-                if (std::ranges::find(made, momentId) == made.end()) {
+                const bool isNews = write(moments_[momentId], call.timelineId, draft);
+                if (isNews && std::ranges::find(made, momentId) == made.end()) {
                     note(repeated, momentId);
                 }
                 continue;
@@ -108,7 +108,10 @@ private:
             }
             moment->second.originTimelineId = call.timelineId;
             moment->second.originInstanceId = draft.instanceId;
-            write(moment->second, draft);
+            MomentDraft whole = draft;
+            whole.numbers.reset();
+            write(moment->second, call.timelineId, whole);
+            moment->second.taken[call.timelineId] = draft.numbers.value_or(ReferenceHost::EditNumbers());
             living_[origin] = momentId;
             order_.push_back(momentId);
             made.push_back(momentId);
@@ -121,8 +124,7 @@ private:
         std::vector<std::string_view> updated;
         for (const MomentDraft& draft : call.drafts) {
             const auto moment = draft.externalId ? moments_.find(*draft.externalId) : moments_.end();
-            if (moment != moments_.end()) {
-                write(moment->second, draft);
+            if (moment != moments_.end() && write(moment->second, call.timelineId, draft)) {
                 note(updated, moment->first);
             }
         }
@@ -147,12 +149,28 @@ private:
         told(call, TaggingSessionChangeType::momentsDeleted, removed);
     }
 
-    static void write(MomentRecord& moment, const MomentDraft& draft) {
-        moment.code = draft.code.value_or(moment.code);
-        moment.codeColor = draft.codeColor.value_or(moment.codeColor);
-        moment.start = draft.start;
-        moment.end = draft.end;
-        moment.notes = draft.notes;
+    /// Of a draft with numbers, only what a later edit of its timeline has set is written. Whether others are told of it.
+    static bool write(MomentRecord& moment, const std::string& timelineId, const MomentDraft& draft) {
+        const MomentRecord before = moment;
+        const auto isLater = [&](std::uint64_t ReferenceHost::EditNumbers::* part) {
+            if (!draft.numbers) {
+                return true;
+            }
+            std::uint64_t& last = moment.taken[timelineId].*part;
+            return std::exchange(last, std::max(last, *draft.numbers.*part)) < *draft.numbers.*part;
+        };
+        if (isLater(&ReferenceHost::EditNumbers::code)) {
+            moment.code = draft.code.value_or(moment.code);
+            moment.codeColor = draft.codeColor.value_or(moment.codeColor);
+        }
+        if (isLater(&ReferenceHost::EditNumbers::times)) {
+            moment.start = draft.start;
+            moment.end = draft.end;
+        }
+        if (isLater(&ReferenceHost::EditNumbers::notes)) {
+            moment.notes = draft.notes;
+        }
+        return !draft.numbers || !isSame(before, moment);
     }
 
     static void note(std::vector<std::string_view>& ids, std::string_view id) {
