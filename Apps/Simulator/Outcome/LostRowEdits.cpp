@@ -14,10 +14,7 @@ bool isRowEdit(const UserEdit& edit) { return edit.kind >= EditKind::addRow; }
 
 /// Whether the edit brings a row of that name, or makes one of it.
 bool brings(const UserEdit& edit, std::string_view name) {
-    return (edit.kind == EditKind::addRow || edit.kind == EditKind::restoreRow ||
-            edit.kind == EditKind::renameRow || edit.kind == EditKind::tag ||
-            edit.kind == EditKind::restoreClip) &&
-           edit.name == name;
+    return edit.kind != EditKind::removeRow && edit.kind != EditKind::removeClip && edit.name == name;
 }
 
 bool takesAway(const UserEdit& edit, std::string_view name) {
@@ -61,7 +58,10 @@ private:
             mustBeGone(edit, edit.name, LossKind::rowRemovalLost);
             break;
         case EditKind::renameRow:
-            mustBeThere(edit, edit.name, LossKind::renameLost);
+            // Of two names that one row gets at the same time, either is right.
+            if (!isDisputed(edit, [&](const UserEdit& other) { return takesAway(other, edit.oldName); })) {
+                mustBeThere(edit, edit.name, LossKind::renameLost);
+            }
             mustBeGone(edit, edit.oldName, LossKind::renameLost);
             break;
         case EditKind::recolorRow:

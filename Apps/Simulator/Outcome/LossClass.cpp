@@ -1,0 +1,40 @@
+#include "Apps/Simulator/Outcome/LossClass.hpp"
+
+#include <algorithm>
+
+namespace Simulator {
+
+const std::vector<LossClassText>& lossClassTexts() {
+    static const std::vector<LossClassText> texts{
+        {LossClass::outsideSession, "edited outside of the session",
+         "What was changed on a timeline before its analyst was in the session, or after, is not sent."},
+        {LossClass::noSession, "no session in the cloud",
+         "The cloud could not make the session; nothing of the timeline is shared."},
+        {LossClass::beforeSession, "edited before the session had arrived",
+         "What a guest changes before the session has arrived on the timeline is not sent."},
+        {LossClass::left, "left before it was sent",
+         "The analyst left, or closed the timeline, before the edit could be sent."},
+        {LossClass::passedOver, "passed over",
+         "The upload of the edit failed while somebody else's change was coming in; it is not repeated."},
+        {LossClass::waiting, "waiting for the next edit",
+         "The upload of the edit failed; it is repeated with the next edit, or when the network comes back."},
+        {LossClass::answeredFalse, "refused by the cloud", "The cloud refused the edit."},
+        {LossClass::broughtBackTwice, "brought back twice",
+         "Two analysts deleted the same clip, and both took it back: it is there twice."},
+        {LossClass::noCodingTarget, "the timeline could not be edited",
+         "The change came in while the timeline could not be edited."},
+        {LossClass::wrongRow, "left on its row",
+         "A clip was given another row's name and stays on the row that it is on."},
+        {LossClass::renamedMeanwhile, "row renamed meanwhile",
+         "A clip was tagged on a row while somebody else gave that row another name."},
+        {LossClass::deletedWhileAway, "deleted while away",
+         "A clip was deleted while its analyst was out of the session, and is still on the old timeline."},
+    };
+    return texts;
+}
+
+const char* nameOf(LossClass lossClass) {
+    return std::ranges::find(lossClassTexts(), lossClass, &LossClassText::lossClass)->name;
+}
+
+}  // namespace Simulator

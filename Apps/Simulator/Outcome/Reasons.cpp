@@ -1,0 +1,109 @@
+#include "Apps/Simulator/Outcome/Reasons.hpp"
+
+#include <algorithm>
+
+namespace Simulator {
+
+using RemoteCoding::TaggingSessionChangeType;
+
+namespace {
+
+bool isRemoval(const UserEdit& edit) {
+    return edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow;
+}
+
+/// When the last change of the moment was brought onto the timeline; null: it was not.
+const Arrival* arrivalOf(const StayHistory& stay, std::uint64_t sequence) {
+    const auto found = std::ranges::find_if(stay.arrivals, [&](const Arrival& arrival) {
+        return arrival.isPull ? arrival.sequence >= sequence : arrival.sequence == sequence;
+    });
+    return found != stay.arrivals.end() ? &*found : nullptr;
+}
+
+bool hadNoTarget(const History& history, const StayHistory& stay, const Arrival& arrival) {
+    const auto spans = history.withoutTarget.find(stay.stay->analyst);
+    return spans != history.withoutTarget.end() && std::ranges::any_of(spans->second, [&](const auto& span) {
+               return span.first < arrival.at && arrival.at < span.second;
+           });
+}
+
+/// A clip of the timeline and its moment differ.
+Reason whyClipDiffers(const History& history, const Loss& loss) {
+    const StayHistory& stay = history.stays[loss.stay];
+    std::vector<std::string_view> clips = clipsOf(history, loss.stay, loss.moment);
+    if (!loss.clip.empty()) {
+        clips.push_back(loss.clip);
+    }
+    const MomentHistory* moment = loss.moment.empty() ? nullptr : history.moment(loss.moment);
+    const UserEdit* edit = lastEditOf(history, stay.stay->timelineId, clips);
+    if (edit != nullptr) {
+        const std::string_view clip = *std::ranges::find_first_of(edit->clips, clips);
+        const bool isAboutIt = loss.kind == LossKind::clipMissing ? isRemoval(*edit) : !isRemoval(*edit);
+        if (isAboutIt) {
+            if (const Reason reason = whyNotSent(history, *edit, clip)) {
+                return reason;
+            }
+        }
+    }
+    if (moment == nullptr || moment->changes.empty()) {
+        return std::nullopt;
+    }
+    const Arrival* arrival = arrivalOf(stay, moment->changes.back()->sequence);
+    if (loss.kind == LossKind::clipExtra && arrival != nullptr) {
+        if (hadNoTarget(history, stay, *arrival)) {
+            return LossClass::noCodingTarget;
+        }
+        const bool wasThereBefore = std::ranges::any_of(moment->placements,
+                                                        [&](const Placement& placement) {
+                                                            return placement.stay != loss.stay &&
+                                                                   placement.at < stay.stay->from &&
+                                                                   placement.clip == loss.clip;
+                                                        }) ||
+                                    moment->last->originInstanceId == loss.clip;
+        if (arrival == &stay.arrivals.front() && arrival->isPull && wasThereBefore) {
+            return LossClass::deletedWhileAway;
+        }
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+std::vector<std::string_view> clipsOf(const History& history, std::size_t stay, std::string_view moment) {
+    std::vector<std::string_view> clips;
+    const MomentHistory* found = history.moment(moment);
+    const std::string_view timelineId = history.stays[stay].stay->timelineId;
+    if (found == nullptr) {
+        return clips;
+    }
+    if (found->last != nullptr && found->last->originTimelineId == timelineId) {
+        clips.push_back(found->last->originInstanceId);
+    }
+    for (const Placement& placement : found->placements) {
+        if (placement.stay != never && history.stays[placement.stay].stay->timelineId == timelineId) {
+            clips.push_back(placement.clip);
+        }
+    }
+    return clips;
+}
+
+const UserEdit* lastEditOf(const History& history, std::string_view timelineId,
+                           const std::vector<std::string_view>& clips) {
+    const auto found = std::find_if(history.edits.rbegin(), history.edits.rend(), [&](const UserEdit& edit) {
+        return edit.timelineId == timelineId &&
+               std::ranges::find_first_of(edit.clips, clips) != edit.clips.end();
+    });
+    return found != history.edits.rend() ? &*found : nullptr;
+}
+
+Reason explain(const History& history, const Loss& loss) {
+    if (loss.kind <= LossKind::clipOnWrongRow) {
+        return whyClipDiffers(history, loss);
+    }
+    if (loss.edit != nullptr) {
+        return whyNotSent(history, *loss.edit, loss.clip);
+    }
+    return std::nullopt;
+}
+
+}  // namespace Simulator

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Apps/Simulator/Outcome/ClipEdits.hpp"
+#include "Apps/Simulator/Outcome/History.hpp"
+#include "Apps/Simulator/Outcome/Loss.hpp"
+#include "Apps/Simulator/Outcome/LossClass.hpp"
+
+#include <optional>
+#include <string_view>
+#include <vector>
+
+/// Why something is not as a user would have it: each function looks into the trace for one clip or row.
+namespace Simulator {
+
+using Reason = std::optional<LossClass>;
+
+/// Why the cloud was never told of the edit. Of an edit of clips: of this one.
+[[nodiscard]] Reason whyNotSent(const History& history, const UserEdit& edit, std::string_view clip = {});
+
+/// Why this is not as it should be; absent: nothing that is known explains it.
+[[nodiscard]] Reason explain(const History& history, const Loss& loss);
+
+/// The clips of that stay's timeline that stand or stood for the moment.
+[[nodiscard]] std::vector<std::string_view> clipsOf(const History& history, std::size_t stay,
+                                                    std::string_view moment);
+
+/// The user's last edit of one of these clips on that timeline; null: none.
+[[nodiscard]] const UserEdit* lastEditOf(const History& history, std::string_view timelineId,
+                                         const std::vector<std::string_view>& clips);
+
+}  // namespace Simulator

@@ -1,0 +1,89 @@
+// Why an edit did not reach the cloud.
+
+#include "Apps/Simulator/Outcome/Reasons.hpp"
+
+#include <algorithm>
+#include <charconv>
+
+namespace Simulator {
+
+namespace {
+
+std::int64_t numberOf(std::string_view text) {
+    std::int64_t value = 0;
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    return value;
+}
+
+bool isRemoval(const UserEdit& edit) {
+    return edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow;
+}
+
+/// The cloud has refused the write of this clip, and no later one told of it.
+bool wasRefused(const History& history, const UserEdit& edit, std::string_view clip) {
+    const auto place = std::ranges::find(edit.clips, clip);
+    if (place == edit.clips.end()) {
+        return false;
+    }
+    const std::string_view moment = edit.moments[static_cast<std::size_t>(place - edit.clips.begin())];
+    const std::string_view operation = isRemoval(edit) ? "removeMoments" : "updateMoments";
+    return std::ranges::any_of(history.stays[edit.stay].calls, [&](std::size_t number) {
+        const Call& call = history.calls[number];
+        return call.at > edit.at && call.isFalse && call.name == operation &&
+               std::ranges::find(call.ids, moment) != call.ids.end();
+    });
+}
+
+/// The synchroniser's count had gone past the edit for changes of others, before this entry.
+bool wasCountedAsApplied(const History& history, const StayHistory& stay, const UserEdit& edit,
+                         std::size_t before) {
+    return std::ranges::any_of(stay.counts, [&](std::size_t at) {
+        const auto& entry = history.entry(at);
+        return at > edit.at && at < before && entry.field("reason") == "applied" &&
+               numberOf(entry.field("old")) < edit.count && numberOf(entry.field("new")) >= edit.count;
+    });
+}
+
+}  // namespace
+
+Reason whyNotSent(const History& history, const UserEdit& edit, std::string_view clip) {
+    if (edit.stay == never) {
+        return LossClass::outsideSession;
+    }
+    const StayHistory& stay = history.stays[edit.stay];
+    if (stay.session == nullptr) {
+        return LossClass::noSession;
+    }
+    if (!clip.empty() && wasRefused(history, edit, clip)) {
+        return LossClass::answeredFalse;
+    }
+    std::vector<const Upload*> uploads;
+    for (const Upload& upload : stay.uploads) {
+        if (upload.start > edit.at && upload.covers(edit.count)) {
+            uploads.push_back(&upload);
+        }
+    }
+    if (std::ranges::any_of(uploads, [](const Upload* upload) { return upload->succeeded; })) {
+        return std::nullopt;
+    }
+    if (uploads.empty() && !stay.stay->isHost && !stay.arrivals.empty() && stay.arrivals.front().isPull &&
+        stay.arrivals.front().at > edit.at &&
+        wasCountedAsApplied(history, stay, edit, stay.arrivals.front().at + 1)) {
+        return LossClass::beforeSession;
+    }
+    const bool everyUploadFailed = !uploads.empty() && std::ranges::all_of(uploads, [](const Upload* upload) {
+        return upload->end != never;
+    });
+    if (everyUploadFailed && wasCountedAsApplied(history, stay, edit, never)) {
+        return LossClass::passedOver;
+    }
+    if (!stay.stay->lasts || stay.stay->isClosed) {
+        return LossClass::left;
+    }
+    if (everyUploadFailed) {
+        return LossClass::waiting;
+    }
+    return std::nullopt;
+}
+
+}  // namespace Simulator
