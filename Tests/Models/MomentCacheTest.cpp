@@ -60,13 +60,19 @@ protected:
         }
         return messages;
     }
+    std::shared_ptr<ReferenceHost::Timeline> makeTimeline() {
+        ReferenceHost::Timeline::Options options;
+        options.uniqueId = "timeline";
+        options.title = "Match";
+        options.makeId = [this] { return std::to_string(++ids_); };
+        return ReferenceHost::Timeline::make(std::move(options));
+    }
 
     ReferenceHost::Trace trace_{[] { return Base::Seconds(0); }};
     ReferenceHost::LogManager log_{"", &trace_};
     MomentCache cache_{log_};
     int ids_ = 0;
-    std::shared_ptr<ReferenceHost::Timeline> timeline_ = ReferenceHost::Timeline::make(
-        {"timeline", "Match", {}, [this] { return std::to_string(++ids_); }, {}, {}, {}, {}});
+    std::shared_ptr<ReferenceHost::Timeline> timeline_ = makeTimeline();
     std::shared_ptr<ReferenceHost::TimelineRow> row_ = timeline_->addRow("Pass", red);
 };
 

@@ -38,13 +38,22 @@ ReferenceHost::Fault faultOf(const ReferenceHost::CloudCall& call, bool stays) {
     const bool mayFail =
         !stays || call.operation == Operation::fetchTaggingSessions || call.operation == Operation::subscribe;
     const Kind kind = mayFail && random.chance(0.2) ? kinds.at(random.below(stays ? 1 : 4)) : Kind::none;
-    return ReferenceHost::Fault(kind, Base::Seconds(random.between(0, 0.05)));
+    return ReferenceHost::Fault(kind, Base::Seconds(random.between(0, 0.01)));
 }
 
 ReferenceHost::EventFault eventFaultOf(const ReferenceHost::CloudEvent& event) {
     auto random = SeededRandom::stream(event.change->sequence, event.host);
     return ReferenceHost::EventFault(random.chance(0.02), random.chance(0.2) ? 2 : 0,
                                      Base::Seconds(random.between(0, 0.01)));
+}
+
+ReferenceHost::HostOptions options() {
+    ReferenceHost::HostOptions options;
+    options.userId = "user";
+    options.network.leastLatency = Base::Seconds(0);
+    options.network.mostLatency = Base::Seconds(0.002);
+    options.network.shortDropLimit = patience;
+    return options;
 }
 
 /// One analyst with an application of their own. Made, used and destroyed on that analyst's thread.
@@ -81,7 +90,7 @@ struct Desk {
         client.setEventFaultPlan(eventFaultOf);
     }
     /// Own clips come, change and go. Rows, everybody's, change colour and place.
-    void edit(bool mayEditRows) {
+    void edit(bool editsRows) {
         const auto clip = clips.empty() ? nullptr : clips.at(random.below(clips.size()));
         const auto row = timeline->rowAt(static_cast<std::int64_t>(random.below(3)));
         ++edits;
@@ -89,16 +98,17 @@ struct Desk {
             clips.push_back(timeline->addInstance(row->uniqueId(), edits, edits + 1));
         } else if (random.chance(0.6)) {
             timeline->retimeInstance(clip->uniqueId(), edits, edits + 2);
-        } else if (!mayEditRows || random.chance(0.5)) {
-            timeline->removeInstance(clip->uniqueId());
-        } else {
+        } else if (editsRows) {
             timeline->recolorRow(row->uniqueId(), Base::Color(static_cast<std::uint8_t>(edits % 250), 0, 0));
             timeline->moveRow(row->uniqueId(), static_cast<std::int64_t>(random.below(3)));
+        } else {
+            timeline->removeInstance(number < staying ? clips.at(random.below(knownClips))->uniqueId()
+                                                      : clip->uniqueId());
         }
     }
-    void editUntil(const std::function<bool()>& condition, bool mayEditRows = false) {
+    void editUntil(const std::function<bool()>& condition, bool editsRows = false) {
         waitUntil([&] {
-            edit(mayEditRows);
+            edit(editsRows);
             return condition();
         });
     }
@@ -117,8 +127,9 @@ struct Desk {
         });
     }
     void stay() {
-        editUntil([&] { return edits == 150; }, true);
+        editUntil([&] { return edits == 300; }, true);
         becomeEqual(match.wereEqual);
+        knownClips = clips.size();
         meetFaults();
         editUntil([&] { return isAtWork(); });
         number == 1 ? client.setLinkUp(false) : client.dropSubscriptions();
@@ -161,15 +172,13 @@ struct Desk {
     ReferenceHost::RunLoop loop{};
     ReferenceHost::WorkerPool pool{2};
     ReferenceHost::RealExecution execution{loop, pool, match.scheduler, name, &match.trace};
-    ReferenceHost::Host host{name,
-                             execution,
-                             match.cloud,
-                             match.trace,
-                             {.userId = "user", .network = {.shortDropLimit = patience}, .logSink = {}}};
+    ReferenceHost::Host host{name, execution, match.cloud, match.trace, options()};
     ReferenceHost::CloudClient& client = host.cloudClient();
     std::shared_ptr<RemoteCodingComponent> component = RemoteCodingComponent::make(host.environment());
     std::shared_ptr<ReferenceHost::Timeline> timeline{};
     std::vector<std::shared_ptr<ReferenceHost::TimelineInstance>> clips{};
+    /// The first ones, which the cloud has: one that is deleted while it is being created there may be left at some.
+    std::size_t knownClips = 0;
     int edits = 0;
 };
 
