@@ -79,6 +79,8 @@ private:
         std::shared_ptr<CloudSubscription> subscription;
         std::string sessionId;
         std::uint64_t epoch = 0;
+        bool waitsForFetch = false;  // to begin where that has ended
+        bool failsToOpen = false;
         bool isBroken = false;                    // carries nothing any more
         bool hasFailed = false;                   // and the host is told of it
         std::optional<std::uint64_t> subscriber;  // at the service
@@ -101,7 +103,8 @@ private:
     void forgetFetches(PendingCall& call);  // with the lock held
     void complete(const std::shared_ptr<PendingCall>& call);
 
-    void open(std::uint64_t number, bool fails);
+    void open(std::uint64_t number);
+    void openAfterFetch();
     void carry(std::uint64_t number, const ChangePointer& change);
     void arriveEvent(std::uint64_t number);
     void breakRoute(std::uint64_t number, const std::exception_ptr& error);

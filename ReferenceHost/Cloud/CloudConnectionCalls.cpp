@@ -220,6 +220,9 @@ void CloudConnection::complete(const std::shared_ptr<PendingCall>& call) {
     if (isClosed_ || !isFirst) {
         return;
     }
+    if (call->info.operation == CloudOperation::fetchTaggingSessions) {
+        openAfterFetch();
+    }
     if (trace_.isRecording()) {
         TraceFields fields;
         fields.emplace_back("name", nameOf(call->info.operation));

@@ -57,11 +57,10 @@ CloudConnection::subscribe(const std::string& sessionId, const std::string& time
         route.sessionId = sessionId;
         route.epoch = epoch_;
         if (fault.kind != Fault::Kind::neverAnswer) {
-            const bool fails = !isLinkUp_ || fault.kind == Fault::Kind::failBeforeEffect ||
-                               fault.kind == Fault::Kind::failAfterEffect;
-            service_.scheduler().postAfter(
-                drawLatency() + fault.hang,
-                [self = shared_from_this(), number, fails] { self->open(number, fails); });
+            route.failsToOpen = !isLinkUp_ || fault.kind == Fault::Kind::failBeforeEffect ||
+                                fault.kind == Fault::Kind::failAfterEffect;
+            service_.scheduler().postAfter(drawLatency() + fault.hang,
+                                           [self = shared_from_this(), number] { self->open(number); });
         }
     });
     trace_.record(host_, TraceKind::call,
@@ -73,7 +72,19 @@ CloudConnection::subscribe(const std::string& sessionId, const std::string& time
     return subscription;
 }
 
-void CloudConnection::open(std::uint64_t number, bool fails) {
+void CloudConnection::openAfterFetch() {
+    Base::synchronized(lock_, [&] {
+        for (auto& numbered : routes_) {
+            if (std::exchange(numbered.second.waitsForFetch, false)) {
+                service_.scheduler().postAfter(
+                    Base::Seconds{0},
+                    [self = shared_from_this(), number = numbered.first] { self->open(number); });
+            }
+        }
+    });
+}
+
+void CloudConnection::open(std::uint64_t number) {
     const std::lock_guard gate(gate_);
     if (isClosed_) {
         return;
@@ -81,17 +92,23 @@ void CloudConnection::open(std::uint64_t number, bool fails) {
     const bool startsAtLastFetch = rules().subscriptionStartsAtLastFetch;
     std::string sessionId;
     std::optional<std::uint64_t> after;
+    bool fails = false;
     const bool isWanted = Base::synchronized(lock_, [&] {
-        const auto route = routes_.find(number);
-        if (route == routes_.end() || route->second.epoch != epoch_ || route->second.isBroken) {
+        const auto found = routes_.find(number);
+        if (found == routes_.end() || found->second.epoch != epoch_ || found->second.isBroken) {
             return false;
         }
-        sessionId = route->second.sessionId;
-        const auto fetched = lastFetches_.find(sessionId);
-        if (startsAtLastFetch && fetched != lastFetches_.end()) {
-            after = fetched->second;
+        Route& route = found->second;
+        route.waitsForFetch = startsAtLastFetch && std::ranges::any_of(calls_, [](const auto& call) {
+                                  return call.second->info.operation == CloudOperation::fetchTaggingSessions;
+                              });
+        sessionId = route.sessionId;
+        fails = route.failsToOpen;
+        if (startsAtLastFetch) {
+            const auto fetched = lastFetches_.find(sessionId);
+            after = fetched != lastFetches_.end() ? fetched->second : 0;
         }
-        return true;
+        return !route.waitsForFetch;
     });
     if (!isWanted) {
         return;

@@ -129,10 +129,10 @@ void CloudTaggingSessionService::savePresentationView(const std::string& teamId,
     if (timeline && connection_->rules().listsAreMerged) {
         edits = timeline->unsavedRowEdits();
         completion = [completion = std::move(completion), timeline = std::weak_ptr(timeline),
-                      last = edits->empty() ? 0 : edits->back().number](Base::Result<std::string> saved) {
+                      edits = *edits](Base::Result<std::string> saved) {
             const auto current = saved.succeeded() ? timeline.lock() : nullptr;
             if (current) {
-                current->rowEditsAreSaved(last);
+                current->rowEditsAreSaved(edits);
             }
             completion(std::move(saved));
         };

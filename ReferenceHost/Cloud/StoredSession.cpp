@@ -124,7 +124,11 @@ void StoredSession::savePresentationView(const CloudRules& rules, CloudService::
                                          const std::optional<RowEdits>& edits) {
     Base::synchronized(lock_, [&] {
         const std::uint64_t before = changes_.size();
-        presentationView_ = edits && presentationView_ ? withNewEdits(timelineId, *edits) : codes;
+        const RowEdits newEdits = edits ? takeNewEdits(timelineId, *edits) : RowEdits();
+        presentationView_ =
+            edits && presentationView_
+                ? std::make_shared<const std::vector<CodeRecord>>(withEdits(*presentationView_, newEdits))
+                : codes;
         RemoteChange change;
         change.client = client;
         change.type = TaggingSessionChangeType::presentationViewUpdated;
@@ -141,14 +145,13 @@ void StoredSession::savePresentationView(const CloudRules& rules, CloudService::
     });
 }
 
-/// The list with those of the edits that it does not have yet.
-CodeList StoredSession::withNewEdits(const std::string& timelineId, const RowEdits& edits) {
-    std::uint64_t& taken = takenRowEdits_[timelineId];
+/// Those of the edits that the list does not have yet.
+RowEdits StoredSession::takeNewEdits(const std::string& timelineId, const RowEdits& edits) {
+    std::set<std::uint64_t>& taken = takenRowEdits_[timelineId];
     RowEdits newEdits;
     std::ranges::copy_if(edits, std::back_inserter(newEdits),
-                         [&](const RowEdit& edit) { return edit.number > taken; });
-    taken = newEdits.empty() ? taken : newEdits.back().number;
-    return std::make_shared<const std::vector<CodeRecord>>(withEdits(*presentationView_, newEdits));
+                         [&](const RowEdit& edit) { return taken.insert(edit.number).second; });
+    return newEdits;
 }
 
 TaggingSessionRecord StoredSession::record() const {

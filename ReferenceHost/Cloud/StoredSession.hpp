@@ -8,6 +8,7 @@
 #include <list>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -60,7 +61,7 @@ private:
     std::string add(const std::string& timelineId, const MomentDraft& draft);
     void remove(const std::string& momentId);
     std::vector<MomentPointer> stateOf(const std::vector<std::string>& momentIds);
-    CodeList withNewEdits(const std::string& timelineId, const RowEdits& edits);
+    RowEdits takeNewEdits(const std::string& timelineId, const RowEdits& edits);
     void tell(const CloudRules& rules, RemoteChange change);
     void tellMoments(const CloudRules& rules, CloudService::ClientId client,
                      RemoteCoding::TaggingSessionChangeType type, std::vector<MomentPointer> moments);
@@ -75,8 +76,7 @@ private:
     std::unordered_map<std::string, std::list<MomentPointer>::iterator> momentsById_;
     std::map<Origin, std::string> idsByOrigin_;
     CodeList presentationView_;
-    std::map<std::string, std::uint64_t>
-        takenRowEdits_;                   // by timeline: up to which of its edits the list goes
+    std::map<std::string, std::set<std::uint64_t>> takenRowEdits_;  // by timeline: those that the list has
     std::vector<ChangePointer> changes_;  // the change with sequence n stands at index n - 1
     std::vector<AcceptedCall> log_;
     std::map<CloudService::SubscriberId, Follower> followers_;

@@ -19,6 +19,7 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace ReferenceHost {
@@ -142,16 +143,17 @@ public:
     /// As if the user had not edited the clip after these.
     void forgetEdits(const std::string& instanceId, const EditNumbers& taken);
 
-    /// Null when there is no such clip, or it is there.
+    /// A clip that the user has deleted. Null when there is none of that id, it is there, or somebody else has taken it away.
     [[nodiscard]] std::shared_ptr<TimelineInstance> findDeletedInstance(const std::string& instanceId) const;
 
     /// Counts the deletion of the clip once more, in a main-thread job of its own, if it is not undone by then.
     void deleteAgainLater(const std::string& instanceId);
 
-    /// The user's edits of the list of rows that can be saved and are not, in order. A new name can be saved when the moments of the
-    /// row's clips have been written with it: whoever gets the list before them takes the row for a new one. Any thread.
+    /// The user's edits of the list of rows that can be saved and are not, in order. A row's new name, and what was done to the row
+    /// afterwards, can be saved when the moments of the row's clips have been written with it: whoever gets the list before them takes
+    /// the row for a new one. Any thread.
     [[nodiscard]] RowEdits unsavedRowEdits() const;
-    void rowEditsAreSaved(std::uint64_t last);  ///< any thread
+    void rowEditsAreSaved(const RowEdits& edits);  ///< any thread
 
     /// Takes away a clip that the sync library puts elsewhere.
     void removeRemoteInstance(const std::string& instanceId);
@@ -182,10 +184,13 @@ private:
     [[nodiscard]] std::shared_ptr<TimelineRow> makeRow(const std::string& name, Base::Color color,
                                                        std::int64_t index, std::int64_t count);
     /// `part`: what the user has set.
+    void didRemove(InstanceEntry& entry, std::int64_t count);
+    void didRestore(InstanceEntry& entry, std::int64_t count);
     bool setValues(InstanceEntry& entry, ClipValues values, std::uint64_t EditNumbers::* part);
 
     /// Of the user's edit under way; 0 when it is not the user's.
     [[nodiscard]] std::uint64_t nextEditNumber();
+    [[nodiscard]] bool isNewlyNamed(const TimelineRow& row) const;
     [[nodiscard]] bool isNameRefused(const std::string& name) const;
     void rememberEdit(RowEdit::Kind kind, const TimelineRow& row, const std::string& oldName = {});
     [[nodiscard]] bool wentWithItsRow(const InstanceEntry& entry) const;
@@ -206,6 +211,7 @@ private:
     std::atomic<std::int64_t> modifyCount_{0};
     ChangeLog<TimelineRow> rowLog_;
     ChangeLog<TimelineInstance> instanceLog_;
+    std::unordered_set<std::string> deletedByUser_;                              // clips that are gone
     std::unordered_map<std::string, std::vector<InstanceEntry*>> byExternalId_;  // present or past
 
     Base::ObjectLock rowsLock_;                             // guards the rest
@@ -213,6 +219,7 @@ private:
     struct UnsavedRowEdit {
         RowEdit edit;
         std::shared_ptr<const TimelineRow> row;
+        std::shared_ptr<const TimelineRow> above;  // null: it is the first
     };
     std::vector<UnsavedRowEdit> unsavedRowEdits_;
 };

@@ -68,6 +68,18 @@ bool Timeline::setValues(InstanceEntry& entry, ClipValues values, std::uint64_t 
     return true;
 }
 
+void Timeline::didRemove(InstanceEntry& entry, std::int64_t count) {
+    instanceLog_.didRemove(entry, count);
+    if (!componentEdits_) {
+        deletedByUser_.insert(entry.object->uniqueId());
+    }
+}
+
+void Timeline::didRestore(InstanceEntry& entry, std::int64_t count) {
+    instanceLog_.didRestore(entry, count);
+    deletedByUser_.erase(entry.object->uniqueId());
+}
+
 bool Timeline::removeInstance(const std::string& instanceId) {
     auto* entry = instanceLog_.findPresent(instanceId);
     if (entry == nullptr) {
@@ -75,7 +87,7 @@ bool Timeline::removeInstance(const std::string& instanceId) {
     }
     const auto count = nextCount(ChangeKind::existence);
     entry->object->row_.lock()->remove(*entry->object);
-    instanceLog_.didRemove(*entry, count);
+    didRemove(*entry, count);
     finishChange(count);
     return true;
 }
@@ -91,7 +103,7 @@ bool Timeline::restoreInstance(const std::string& instanceId) {
     }
     const auto count = nextCount(ChangeKind::existence);
     row->restore(entry->object);
-    instanceLog_.didRestore(*entry, count);
+    didRestore(*entry, count);
     finishChange(count);
     return true;
 }

@@ -14,6 +14,14 @@ bool Timeline::isNameRefused(const std::string& name) const {
     return rules_->rowNamesAreUnique && !componentEdits_ && findRowNamed(name) != nullptr;
 }
 
+bool Timeline::isNewlyNamed(const TimelineRow& row) const {
+    return synchronized(rowsLock_, [&] {
+        return std::ranges::any_of(unsavedRowEdits_, [&](const auto& unsaved) {
+            return unsaved.row.get() == &row && unsaved.edit.kind == RowEdit::Kind::rename;
+        });
+    });
+}
+
 void Timeline::rememberEdit(RowEdit::Kind kind, const TimelineRow& row, const std::string& oldName) {
     RowEdit edit;
     edit.kind = kind;
@@ -24,10 +32,12 @@ void Timeline::rememberEdit(RowEdit::Kind kind, const TimelineRow& row, const st
     edit.name = row.name();
     edit.oldName = oldName;
     edit.color = row.color();
-    if (const auto above = rowAt(row.rowNum() - 1)) {
+    const auto above = rowAt(row.rowNum() - 1);
+    if (above) {
         edit.above = above->name();
     }
-    synchronized(rowsLock_, [&] { unsavedRowEdits_.push_back({std::move(edit), row.shared_from_this()}); });
+    synchronized(rowsLock_,
+                 [&] { unsavedRowEdits_.push_back({std::move(edit), row.shared_from_this(), above}); });
 }
 
 std::shared_ptr<TimelineRow> Timeline::addRow(const std::string& name, Base::Color color,
@@ -59,6 +69,9 @@ bool Timeline::renameRow(const std::string& rowId, const std::string& name) {
     const std::string oldName = entry->object->name();
     if (name == oldName ? rules_->emptyEditIsNoChange : isNameRefused(name)) {
         return false;
+    }
+    if (componentEdits_ && isNewlyNamed(*entry->object)) {
+        return false;  // the user's name is on its way
     }
     const auto count = nextCount(ChangeKind::alteration);
     entry->object->setName(name);
@@ -134,7 +147,7 @@ bool Timeline::removeRow(const std::string& rowId) {
     const auto count = nextCount(ChangeKind::existence);
     const auto instances = entry->object->allInstances();
     for (const auto& instance : *instances) {
-        instanceLog_.didRemove(*instanceLog_.find(instance->uniqueId()), count);
+        didRemove(*instanceLog_.find(instance->uniqueId()), count);
     }
     rowLog_.didRemove(*entry, count);
     rememberEdit(RowEdit::Kind::remove, *entry->object);
@@ -155,7 +168,7 @@ bool Timeline::restoreRow(const std::string& rowId) {
     const auto count = nextCount(ChangeKind::existence);
     const auto instances = entry->object->allInstances();
     for (const auto& instance : *instances) {
-        instanceLog_.didRestore(*instanceLog_.find(instance->uniqueId()), count);
+        didRestore(*instanceLog_.find(instance->uniqueId()), count);
     }
     rowLog_.didRestore(*entry, count);
     insertIntoRows(entry->object, entry->object->rowNum(), count);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <map>
 #include <utility>
 
 namespace ReferenceHost {
@@ -92,8 +93,9 @@ void Timeline::forgetEdits(const std::string& instanceId, const EditNumbers& tak
 
 RowEdits Timeline::unsavedRowEdits() const {
     const auto unsaved = synchronized(rowsLock_, [this] { return unsavedRowEdits_; });
+    std::map<const TimelineRow*, std::string> waiting;  // with the names that they have in the list
     RowEdits edits;
-    for (const auto& [edit, row] : unsaved) {
+    for (const auto& [edit, row, above] : unsaved) {
         const auto clips = row->allInstances();
         const bool mustWait =
             edit.kind == RowEdit::Kind::rename && std::ranges::any_of(*clips, [&](const auto& clip) {
@@ -101,22 +103,31 @@ RowEdits Timeline::unsavedRowEdits() const {
                        static_cast<const TimelineInstance&>(*clip).written().code < edit.number;
             });
         if (mustWait) {
-            break;
+            waiting.try_emplace(row.get(), edit.oldName);
+        }
+        if (waiting.contains(row.get())) {
+            continue;
         }
         edits.push_back(edit);
+        if (const auto found = waiting.find(above.get()); found != waiting.end()) {
+            edits.back().above = found->second;
+        }
     }
     return edits;
 }
 
-void Timeline::rowEditsAreSaved(std::uint64_t last) {
+void Timeline::rowEditsAreSaved(const RowEdits& edits) {
     synchronized(rowsLock_, [&] {
-        std::erase_if(unsavedRowEdits_, [&](const auto& unsaved) { return unsaved.edit.number <= last; });
+        std::erase_if(unsavedRowEdits_, [&](const auto& unsaved) {
+            return std::ranges::find(edits, unsaved.edit.number, &RowEdit::number) != edits.end();
+        });
     });
 }
 
 std::shared_ptr<TimelineInstance> Timeline::findDeletedInstance(const std::string& instanceId) const {
     const auto* entry = instanceLog_.find(instanceId);
-    return entry != nullptr && entry->removed ? entry->object : nullptr;
+    return entry != nullptr && entry->removed && deletedByUser_.contains(instanceId) ? entry->object
+                                                                                     : nullptr;
 }
 
 void Timeline::deleteAgainLater(const std::string& instanceId) {

@@ -4,8 +4,6 @@
 
 namespace Simulator {
 
-using RemoteCoding::TaggingSessionChangeType;
-
 namespace {
 
 bool isRemoval(const UserEdit& edit) {
