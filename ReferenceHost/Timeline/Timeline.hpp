@@ -155,6 +155,9 @@ public:
     [[nodiscard]] RowEdits unsavedRowEdits() const;
     void rowEditsAreSaved(const RowEdits& edits);  ///< any thread
 
+    /// What the user did to the list outside of a session is not saved in the next one.
+    void forgetRowEdits();
+
     /// Takes away a clip that the sync library puts elsewhere.
     void removeRemoteInstance(const std::string& instanceId);
 

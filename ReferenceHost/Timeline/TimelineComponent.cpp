@@ -102,6 +102,7 @@ std::optional<std::string> TimelineComponent::reopenLiveShare(const std::optiona
     for (Open& open : open_) {
         if (open.timeline->uniqueId() == timelineId) {
             open.showsLiveShare = true;
+            open.timeline->forgetRowEdits();
             return open.timeline->videoId();
         }
     }

@@ -124,6 +124,10 @@ void Timeline::rowEditsAreSaved(const RowEdits& edits) {
     });
 }
 
+void Timeline::forgetRowEdits() {
+    synchronized(rowsLock_, [&] { unsavedRowEdits_.clear(); });
+}
+
 std::shared_ptr<TimelineInstance> Timeline::findDeletedInstance(const std::string& instanceId) const {
     const auto* entry = instanceLog_.find(instanceId);
     return entry != nullptr && entry->removed && deletedByUser_.contains(instanceId) ? entry->object

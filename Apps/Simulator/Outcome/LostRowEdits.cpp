@@ -35,6 +35,8 @@ public:
         for (const UserEdit& edit : history.edits) {
             if (edit.stay != never && history.stays[edit.stay].session == &session) {
                 edits_.push_back(&edit);
+            } else if (edit.stay == never && wasStillSent(edit)) {
+                late_.push_back(&edit);
             }
         }
     }
@@ -75,6 +77,16 @@ private:
         }
     }
 
+    /// What its user did after leaving, while the last upload had not read the timeline.
+    [[nodiscard]] bool wasStillSent(const UserEdit& edit) const {
+        return std::ranges::any_of(history_.stays, [&](const StayHistory& stay) {
+            return stay.session == &session_ && stay.stay->timelineId == edit.timelineId &&
+                   std::ranges::any_of(stay.uploads, [&](const Upload& upload) {
+                       return upload.start > edit.at && upload.covers(edit.count);
+                   });
+        });
+    }
+
     [[nodiscard]] const CodeRecord* code(std::string_view name) const {
         if (!session_.session.presentationView) {
             return nullptr;
@@ -87,9 +99,13 @@ private:
     /// An edit that says otherwise and was not known to this one's author.
     template <typename SaysOtherwise>
     [[nodiscard]] bool isDisputed(const UserEdit& edit, const SaysOtherwise& saysOtherwise) const {
-        return std::ranges::any_of(edits_, [&](const UserEdit* other) {
+        const auto overtakes = [&](const UserEdit* other) {
             return other != &edit && saysOtherwise(*other) && !wasKnown(*other, edit);
-        });
+        };
+        return std::ranges::any_of(edits_, overtakes) ||
+               std::ranges::any_of(late_, [&](const UserEdit* other) {
+                   return other->timelineId == edit.timelineId && overtakes(other);
+               });
     }
 
     void mustBeThere(const UserEdit& edit, std::string_view name, LossKind kind) {
@@ -182,6 +198,7 @@ private:
     const SessionHistory& session_;
     Losses& found_;
     std::vector<const UserEdit*> edits_;
+    std::vector<const UserEdit*> late_;
 };
 
 }  // namespace

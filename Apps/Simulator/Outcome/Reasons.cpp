@@ -18,13 +18,6 @@ const Arrival* arrivalOf(const StayHistory& stay, std::uint64_t sequence) {
     return found != stay.arrivals.end() ? &*found : nullptr;
 }
 
-bool hadNoTarget(const History& history, const StayHistory& stay, const Arrival& arrival) {
-    const auto spans = history.withoutTarget.find(stay.stay->analyst);
-    return spans != history.withoutTarget.end() && std::ranges::any_of(spans->second, [&](const auto& span) {
-               return span.first < arrival.at && arrival.at < span.second;
-           });
-}
-
 /// A clip of the timeline and its moment differ.
 Reason whyClipDiffers(const History& history, const Loss& loss) {
     const StayHistory& stay = history.stays[loss.stay];
@@ -67,6 +60,13 @@ Reason whyClipDiffers(const History& history, const Loss& loss) {
 
 }  // namespace
 
+bool hadNoTarget(const History& history, const StayHistory& stay, const Arrival& arrival) {
+    const auto spans = history.withoutTarget.find(stay.stay->analyst);
+    return spans != history.withoutTarget.end() && std::ranges::any_of(spans->second, [&](const auto& span) {
+               return span.first < arrival.at && arrival.at < span.second;
+           });
+}
+
 std::vector<std::string_view> clipsOf(const History& history, std::size_t stay, std::string_view moment) {
     std::vector<std::string_view> clips;
     const MomentHistory* found = history.moment(moment);
@@ -98,10 +98,11 @@ Reason explain(const History& history, const Loss& loss) {
     if (loss.kind <= LossKind::clipOnWrongRow) {
         return whyClipDiffers(history, loss);
     }
-    if (loss.edit != nullptr) {
-        return whyNotSent(history, *loss.edit, loss.clip);
+    if (loss.edit == nullptr) {
+        return whyRowDiffers(history, loss);
     }
-    return std::nullopt;
+    const Reason reason = whyNotSent(history, *loss.edit, loss.clip);
+    return reason || loss.kind < LossKind::newRowLost ? reason : whyRowEditIsLost(history, loss);
 }
 
 }  // namespace Simulator

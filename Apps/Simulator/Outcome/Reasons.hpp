@@ -17,6 +17,15 @@ using Reason = std::optional<LossClass>;
 /// Why the cloud was never told of the edit. Of an edit of clips: of this one.
 [[nodiscard]] Reason whyNotSent(const History& history, const UserEdit& edit, std::string_view clip = {});
 
+/// A row of the timeline, or the order of its rows, is not as in the shared list.
+[[nodiscard]] Reason whyRowDiffers(const History& history, const Loss& loss);
+
+/// The shared list does not have this edit, though it was sent.
+[[nodiscard]] Reason whyRowEditIsLost(const History& history, const Loss& loss);
+
+/// What arrived then came while the timeline could not be edited.
+[[nodiscard]] bool hadNoTarget(const History& history, const StayHistory& stay, const Arrival& arrival);
+
 /// Why this is not as it should be; absent: nothing that is known explains it.
 [[nodiscard]] Reason explain(const History& history, const Loss& loss);
 

@@ -1,0 +1,66 @@
+// Why the rows of a timeline, or of the shared list, are not as they should be.
+
+#include "Apps/Simulator/Outcome/Reasons.hpp"
+
+#include <algorithm>
+
+namespace Simulator {
+
+using RemoteCoding::TaggingSessionChangeType;
+
+namespace {
+
+/// The last one that concerns the row, or the order of all.
+const UserEdit* lastRowEdit(const History& history, const Loss& loss) {
+    const StayHistory& stay = history.stays[loss.stay];
+    const auto found = std::find_if(stay.edits.rbegin(), stay.edits.rend(), [&](std::size_t index) {
+        const UserEdit& edit = history.edits[index];
+        if (edit.kind < EditKind::addRow) {
+            return false;
+        }
+        return loss.kind == LossKind::rowOrder ? edit.kind != EditKind::recolorRow
+                                               : edit.name == loss.row || edit.oldName == loss.row;
+    });
+    return found != stay.edits.rend() ? &history.edits[*found] : nullptr;
+}
+
+bool bringsAList(const StayHistory& stay, const Arrival& arrival) {
+    return arrival.isPull || (arrival.sequence != 0 && arrival.sequence <= stay.session->changes.size() &&
+                              stay.session->changes[arrival.sequence - 1]->type ==
+                                  TaggingSessionChangeType::presentationViewUpdated);
+}
+
+/// The last list that came before this entry came while the timeline could not be edited.
+bool missedTheLastList(const History& history, const StayHistory& stay, std::size_t before) {
+    const auto found =
+        std::find_if(stay.arrivals.rbegin(), stay.arrivals.rend(), [&](const Arrival& arrival) {
+            return arrival.at < before && bringsAList(stay, arrival);
+        });
+    return found != stay.arrivals.rend() && hadNoTarget(history, stay, *found);
+}
+
+}  // namespace
+
+Reason whyRowDiffers(const History& history, const Loss& loss) {
+    const StayHistory& stay = history.stays[loss.stay];
+    if (const UserEdit* edit = lastRowEdit(history, loss)) {
+        if (const Reason reason = whyNotSent(history, *edit)) {
+            return reason;
+        }
+    }
+    if (missedTheLastList(history, stay, never)) {
+        return LossClass::noCodingTarget;
+    }
+    return std::nullopt;
+}
+
+Reason whyRowEditIsLost(const History& history, const Loss& loss) {
+    const StayHistory& stay = history.stays[loss.edit->stay];
+    // A place is counted on a list that is not everybody's.
+    if (loss.kind == LossKind::moveLost && missedTheLastList(history, stay, loss.edit->at)) {
+        return LossClass::noCodingTarget;
+    }
+    return std::nullopt;
+}
+
+}  // namespace Simulator
