@@ -103,6 +103,7 @@ struct MomentHistory {
 struct StayHistory {
     const Stay* stay = nullptr;
     const SessionHistory* session = nullptr;  ///< null: the cloud has none
+    std::size_t joining = never;              ///< where the analyst asked to join
     std::vector<Upload> uploads;              ///< in the order of their starts
     std::vector<Arrival> arrivals;
     std::vector<std::size_t> calls;   ///< indexes of `History::calls`

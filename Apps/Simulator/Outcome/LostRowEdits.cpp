@@ -35,8 +35,8 @@ public:
         for (const UserEdit& edit : history.edits) {
             if (edit.stay != never && history.stays[edit.stay].session == &session) {
                 edits_.push_back(&edit);
-            } else if (edit.stay == never && wasStillSent(edit)) {
-                late_.push_back(&edit);
+            } else if (edit.stay == never && (wasStillSent(edit) || wasDoneWhileJoining(edit))) {
+                outside_.push_back(&edit);
             }
         }
     }
@@ -87,6 +87,14 @@ private:
         });
     }
 
+    /// What its user did while the video was opening, before the session was there: it goes with the next list.
+    [[nodiscard]] bool wasDoneWhileJoining(const UserEdit& edit) const {
+        return std::ranges::any_of(history_.stays, [&](const StayHistory& stay) {
+            return stay.session == &session_ && stay.stay->timelineId == edit.timelineId &&
+                   stay.joining < edit.at && edit.at < stay.stay->from;
+        });
+    }
+
     [[nodiscard]] const CodeRecord* code(std::string_view name) const {
         if (!session_.session.presentationView) {
             return nullptr;
@@ -102,10 +110,7 @@ private:
         const auto overtakes = [&](const UserEdit* other) {
             return other != &edit && saysOtherwise(*other) && !wasKnown(*other, edit);
         };
-        return std::ranges::any_of(edits_, overtakes) ||
-               std::ranges::any_of(late_, [&](const UserEdit* other) {
-                   return other->timelineId == edit.timelineId && overtakes(other);
-               });
+        return std::ranges::any_of(edits_, overtakes) || std::ranges::any_of(outside_, overtakes);
     }
 
     void mustBeThere(const UserEdit& edit, std::string_view name, LossKind kind) {
@@ -150,6 +155,9 @@ private:
     [[nodiscard]] bool wasKnown(const UserEdit& earlier, const UserEdit& later) const {
         if (earlier.at >= later.at || earlier.timelineId == later.timelineId) {
             return earlier.at < later.at;
+        }
+        if (earlier.stay == never) {
+            return false;
         }
         const std::uint64_t brought = sequenceThatBrought(earlier);
         return brought != 0 && history_.stays[later.stay].receivedBefore(later.at) >= brought;
@@ -198,7 +206,7 @@ private:
     const SessionHistory& session_;
     Losses& found_;
     std::vector<const UserEdit*> edits_;
-    std::vector<const UserEdit*> late_;
+    std::vector<const UserEdit*> outside_;  // of the session, and they reached it
 };
 
 }  // namespace

@@ -135,6 +135,15 @@ void TraceReader::readCall(std::size_t at, const Entry& entry) {
                           : std::string_view("notFound")});
         return;
     }
+    if (name == "openLiveShareWithShareFiles") {
+        const auto next = std::ranges::find_if(history_.stays, [&](const StayHistory& stay) {
+            return stay.stay->analyst == entry.host && stay.stay->from > at;
+        });
+        if (next != history_.stays.end()) {
+            next->joining = at;
+        }
+        return;
+    }
     if (name == "subscribeToTaggingSessionChanges") {
         subscriptions_[{entry.host, entry.field("subscription")}] = stayOf(at, timelineId);
         return;
