@@ -192,6 +192,7 @@ std::vector<std::string> Seat::underWay() {
     add(host_.unfinishedTasks(), "unfinished tasks");
     add(host_.cloudClient().numberOfCallsUnderWay(), "calls under way");
     add(host_.cloudClient().numberOfEventsUnderWay(), "events under way");
+    add(host_.cloudClient().numberOfOpeningSubscriptions(), "subscriptions being opened");
     if (stay_) {
         using Activity = RemoteCoding::SynchronisationStatus::Activity;
         const auto status = component_->synchronisationStatus(stay()->timelineId);

@@ -73,6 +73,10 @@ std::size_t CloudClient::numberOfUncancelledSubscriptions() const {
     return connection_->numberOfUncancelledSubscriptions();
 }
 
+std::size_t CloudClient::numberOfOpeningSubscriptions() const {
+    return connection_->numberOfOpeningSubscriptions();
+}
+
 std::size_t CloudClient::numberOfCallsUnderWay() const { return connection_->numberOfCallsUnderWay(); }
 
 std::size_t CloudClient::numberOfEventsUnderWay() const { return connection_->numberOfEventsUnderWay(); }

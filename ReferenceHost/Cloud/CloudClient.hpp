@@ -86,6 +86,8 @@ public:
 
     /// The subscriptions whose handlers this client still holds: those that failed, too, until they are cancelled.
     [[nodiscard]] std::size_t numberOfUncancelledSubscriptions() const;
+    /// Those that were asked for and have neither opened nor failed.
+    [[nodiscard]] std::size_t numberOfOpeningSubscriptions() const;
     [[nodiscard]] std::size_t numberOfCallsUnderWay() const;
     [[nodiscard]] std::size_t numberOfEventsUnderWay() const;  ///< to subscriptions that have not failed
 

@@ -71,6 +71,7 @@ public:
     void subscriptionWasCancelled(std::uint64_t number);
     void dropSubscriptions();
     [[nodiscard]] std::size_t numberOfUncancelledSubscriptions() const;
+    [[nodiscard]] std::size_t numberOfOpeningSubscriptions() const;
     [[nodiscard]] std::size_t numberOfEventsUnderWay() const;
 
 private:

@@ -333,4 +333,11 @@ std::size_t CloudConnection::numberOfUncancelledSubscriptions() const {
     return Base::synchronized(lock_, [&] { return routes_.size(); });
 }
 
+std::size_t CloudConnection::numberOfOpeningSubscriptions() const {
+    return Base::synchronized(lock_, [&] {
+        return static_cast<std::size_t>(std::ranges::count_if(
+            routes_, [](const auto& route) { return !route.second.subscriber && !route.second.hasFailed; }));
+    });
+}
+
 }  // namespace ReferenceHost

@@ -73,6 +73,7 @@ TEST_F(SubscriptionTest, AfterAFailureItCatchesUpInBothDirectionsAndSubscribesAg
         [this] { ben().service->subscribeToTaggingSessionUpdates(ben().timeline->uniqueId()); });
     runFor(1);
     EXPECT_EQ(ben().client().numberOfUncancelledSubscriptions(), 1U);
+    EXPECT_EQ(ben().client().numberOfOpeningSubscriptions(), 0U);
     EXPECT_TRUE(ben().status().receivesChanges);
 
     // An attempt whose upload fails does not pull.
@@ -198,7 +199,9 @@ TEST_F(SubscriptionTest, TheEndOfASessionStopsItsReconnectionAndASubscriptionTha
     ben().start(sessionId());
     runFor(2);
     EXPECT_EQ(std::ranges::count(cloudCalls(ben()), opening), 1);
+    EXPECT_EQ(ben().client().numberOfOpeningSubscriptions(), 1U);
     endAndExpectGone();
+    EXPECT_EQ(ben().client().numberOfOpeningSubscriptions(), 0U);
     EXPECT_EQ(cloud.numberOfSubscribers(sessionId()), 1U);
 }
 
