@@ -19,6 +19,10 @@ const std::vector<LossClassText>& lossClassTexts() {
         {LossClass::waiting, "waiting for the next edit",
          "The upload of the edit failed; it is repeated with the next edit, or when the network comes back."},
         {LossClass::answeredFalse, "refused by the cloud", "The cloud refused the edit."},
+        {LossClass::takenForKnown, "row not listed",
+         "A new or renamed row was sent with a clip while somebody else's change was coming in: its clips "
+         "are there for all, and the "
+         "list does not name it until it is changed again."},
         {LossClass::broughtBackTwice, "brought back twice",
          "Two analysts deleted the same clip, and both took it back: it is there twice."},
         {LossClass::noCodingTarget, "the timeline could not be edited",

@@ -18,6 +18,7 @@ enum class LossClass : std::uint8_t {
     answeredFalse,
 
     // It reached it, and something else was made of it.
+    takenForKnown,
     broughtBackTwice,
 
     // It did not reach a timeline.

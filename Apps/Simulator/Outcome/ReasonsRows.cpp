@@ -39,6 +39,35 @@ bool missedTheLastList(const History& history, const StayHistory& stay, std::siz
     return found != stay.arrivals.rend() && hadNoTarget(history, stay, *found);
 }
 
+bool savedTheList(const History& history, const StayHistory& stay, const Upload& upload) {
+    return std::ranges::any_of(stay.calls, [&](std::size_t number) {
+        const Call& call = history.calls[number];
+        return call.name == "savePresentationView" && upload.start < call.at && call.at < upload.end;
+    });
+}
+
+/// A clip of the row.
+bool isOfRow(const History& history, std::string_view clip, const UserEdit& ofRow) {
+    return std::ranges::any_of(history.edits, [&](const UserEdit& edit) {
+        return edit.timelineId == ofRow.timelineId && edit.row == ofRow.row &&
+               std::ranges::find(edit.clips, clip) != edit.clips.end();
+    });
+}
+
+/// While the upload ran, its own clip came back and recorded the row, which the upload then took for one that the list has.
+bool wasTakenForKnown(const History& history, const UserEdit& edit) {
+    const StayHistory& stay = history.stays[edit.stay];
+    return std::ranges::any_of(stay.uploads, [&](const Upload& upload) {
+        return upload.start > edit.at && upload.covers(edit.count) && !savedTheList(history, stay, upload) &&
+               std::ranges::any_of(history.moments, [&](const auto& moment) {
+                   return std::ranges::any_of(moment.second.placements, [&](const Placement& placement) {
+                       return placement.stay == edit.stay && upload.start < placement.at &&
+                              placement.at < upload.end && isOfRow(history, placement.clip, edit);
+                   });
+               });
+    });
+}
+
 }  // namespace
 
 Reason whyRowDiffers(const History& history, const Loss& loss) {
@@ -56,6 +85,10 @@ Reason whyRowDiffers(const History& history, const Loss& loss) {
 
 Reason whyRowEditIsLost(const History& history, const Loss& loss) {
     const StayHistory& stay = history.stays[loss.edit->stay];
+    if ((loss.kind == LossKind::newRowLost || loss.kind == LossKind::renameLost) &&
+        wasTakenForKnown(history, *loss.edit)) {
+        return LossClass::takenForKnown;
+    }
     // A place is counted on a list that is not everybody's.
     if (loss.kind == LossKind::moveLost && missedTheLastList(history, stay, loss.edit->at)) {
         return LossClass::noCodingTarget;
