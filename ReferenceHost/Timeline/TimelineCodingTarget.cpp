@@ -28,7 +28,7 @@ TimelineCodingTarget::TimelineCodingTarget(std::weak_ptr<Timeline> timeline)
     : timeline_(std::move(timeline)) {}
 
 void TimelineCodingTarget::setRowNameWithRowNum(std::int64_t rowNum, const std::string& name) {
-    edit("setRowNameWithRowNum", {{"rowNum", std::to_string(rowNum)}, {"name", name}},
+    edit("setRowNameWithRowNum", {{"rowNum", std::to_string(rowNum)}, {"rowName", name}},
          [&](Timeline& timeline) {
              if (const auto row = timeline.rowAt(rowNum)) {
                  timeline.renameRow(row->uniqueId(), name);
@@ -44,7 +44,7 @@ void TimelineCodingTarget::setRowColorWithRowId(const std::string& rowId, Base::
 void TimelineCodingTarget::insertRowWithName(
     const std::string& name, Base::Color color, std::int64_t at,
     std::function<void(std::shared_ptr<RemoteCoding::TimelineRowProtocol>)> added) {
-    edit("insertRowWithName", {{"name", name}, {"color", text(color)}, {"at", std::to_string(at)}},
+    edit("insertRowWithName", {{"rowName", name}, {"color", text(color)}, {"at", std::to_string(at)}},
          [&](Timeline& timeline) {
              const std::shared_ptr<TimelineRow> row = timeline.addRow(name, color, at);
              if (!added) {

@@ -100,7 +100,7 @@ std::string EntryWords::ofHostCall(const Entry& entry) {
     // A row's name has the same key as the operation's.
     std::string text = name;
     for (const auto& [key, value] : entry.fields) {
-        if (key == "name" && value != name) {
+        if (key == "rowName") {
             text += ' ' + quoted(value);
         } else if (key != "name" && key != "timelineId" && !value.empty()) {
             text += ' ' + key + ' ' + value;

@@ -19,6 +19,7 @@ enum class LossClass : std::uint8_t {
 
     // It reached it, and something else was made of it.
     takenForKnown,
+    namedBack,
     broughtBackTwice,
 
     // It did not reach a timeline.

@@ -144,6 +144,11 @@ private:
         if (row == nullptr || !isLast) {
             return;
         }
+        // A place can be compared where both lists have the same rows.
+        const StayHistory& stay = history_.stays[edit.stay];
+        if (stay.stay->lasts && stay.stay->picture.rows.size() != session_.session.presentationView->size()) {
+            return;
+        }
         const auto place = row - session_.session.presentationView->data();
         if (edit.to != std::to_string(place)) {
             report(LossKind::moveLost, edit, edit.name,

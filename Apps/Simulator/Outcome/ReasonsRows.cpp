@@ -68,6 +68,34 @@ bool wasTakenForKnown(const History& history, const UserEdit& edit) {
     });
 }
 
+/// While the new name was on its way, a change of one of the row's clips brought the old one back.
+bool wasNamedBack(const History& history, const UserEdit& edit) {
+    const StayHistory& stay = history.stays[edit.stay];
+    const auto upload = std::ranges::find_if(stay.uploads, [&](const Upload& candidate) {
+        return candidate.start > edit.at && candidate.covers(edit.count) && candidate.succeeded;
+    });
+    return edit.kind == EditKind::renameRow && upload != stay.uploads.end() &&
+           std::ranges::any_of(stay.target, [&](std::size_t at) {
+               return edit.at < at && at < upload->end &&
+                      history.entry(at).field("name") == "setRowNameWithRowNum" &&
+                      history.entry(at).field("rowName") == edit.oldName;
+           });
+}
+
+/// The cloud has refused to write one of the row's clips with the new name, which is saved when all are written.
+bool wasRefusedForAClip(const History& history, const UserEdit& edit) {
+    const StayHistory& stay = history.stays[edit.stay];
+    return edit.kind == EditKind::renameRow && std::ranges::any_of(stay.calls, [&](std::size_t number) {
+               const Call& call = history.calls[number];
+               return call.at > edit.at && call.isFalse && call.name == "updateMoments" &&
+                      std::ranges::any_of(call.ids, [&](std::string_view moment) {
+                          return std::ranges::any_of(
+                              clipsOf(history, edit.stay, moment),
+                              [&](std::string_view clip) { return isOfRow(history, clip, edit); });
+                      });
+           });
+}
+
 }  // namespace
 
 Reason whyRowDiffers(const History& history, const Loss& loss) {
@@ -80,6 +108,14 @@ Reason whyRowDiffers(const History& history, const Loss& loss) {
     if (missedTheLastList(history, stay, never)) {
         return LossClass::noCodingTarget;
     }
+    // The timeline is as the user of another one wanted it, and the list is not.
+    for (const UserEdit& edit : history.edits) {
+        const bool isOfSession = edit.stay != never && history.stays[edit.stay].session == stay.session;
+        if (isOfSession && edit.kind == EditKind::renameRow &&
+            (edit.name == loss.row || edit.oldName == loss.row) && wasNamedBack(history, edit)) {
+            return LossClass::namedBack;
+        }
+    }
     return std::nullopt;
 }
 
@@ -88,6 +124,14 @@ Reason whyRowEditIsLost(const History& history, const Loss& loss) {
     if ((loss.kind == LossKind::newRowLost || loss.kind == LossKind::renameLost) &&
         wasTakenForKnown(history, *loss.edit)) {
         return LossClass::takenForKnown;
+    }
+    if (loss.kind == LossKind::renameLost) {
+        if (wasRefusedForAClip(history, *loss.edit)) {
+            return LossClass::answeredFalse;
+        }
+        if (wasNamedBack(history, *loss.edit)) {
+            return LossClass::namedBack;
+        }
     }
     // A place is counted on a list that is not everybody's.
     if (loss.kind == LossKind::moveLost && missedTheLastList(history, stay, loss.edit->at)) {
