@@ -97,7 +97,6 @@ std::string EntryWords::ofHostCall(const Entry& entry) {
                with(": rows ", entry, "rows") + list(", clips ", entry, "instances") +
                list(", deleted ", entry, "deleted");
     }
-    // A row's name has the same key as the operation's.
     std::string text = name;
     for (const auto& [key, value] : entry.fields) {
         if (key == "rowName") {
