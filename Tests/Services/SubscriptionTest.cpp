@@ -114,6 +114,20 @@ TEST_F(SubscriptionTest, AttemptsAreTwoSecondsApartAndWhatHappenedMeanwhileArriv
     expectAllEqual();
 }
 
+TEST_F(SubscriptionTest, WithoutATimelineAttemptsAreTwoSecondsApartAsWell) {
+    ben().host.closeTimeline(ben().timeline->uniqueId());
+    ben().host.setLinkUp(false);
+    runFor(20);
+    const auto attempts = attemptTimes().size();
+    EXPECT_GE(attempts, 9U);
+    EXPECT_LE(attempts, 10U);
+    EXPECT_EQ(std::ranges::count(cloudCalls(ben()), opening), 0);
+    ben().host.setLinkUp(true);
+    runFor(600);
+    EXPECT_TRUE(ben().status().receivesChanges);
+    EXPECT_EQ(attemptTimes().size(), 300U);
+}
+
 TEST_F(SubscriptionTest, AfterThreeHundredAttemptsItSubscribesAllTheSame) {
     breakConnection();
     runFor(700);

@@ -14,6 +14,7 @@ constexpr std::string_view disconnected =
     "Disconnected from tagging session updates. Attempting to reconnect.";
 constexpr std::string_view attempting = "Attempting to reconnect to the remote tagging session. Attempt=";
 constexpr std::string_view waitCancelled = "Unable to wait between tagging session sync attempts";
+constexpr std::string_view withoutTimeline = "Unable to get timeline";
 constexpr std::string_view gaveUpLine = "Hit maximum reconnection attempts";
 
 bool isReconnection(const Entry& entry) {
@@ -47,6 +48,9 @@ void ReconnectionCheck::see(const Entry& entry) {
     case Kind::error:
         if (entry.message() == gaveUpLine) {
             gaveUp(entry);
+        }
+        if (entry.message() == withoutTimeline && isReconnection(entry)) {
+            state.failedAt = entry.time();
         }
         state.isCutShort |= entry.message() == waitCancelled;
         break;

@@ -18,8 +18,6 @@ using Sessions = std::vector<TaggingSessionItem>;
 
 void TimelineUploadService::syncRemoteTaggingSessionToLocalTimeline(SuccessCompletion completion) {
     environment_.logManager.logInfo("Syncing remote tagging session to the local timeline");
-    // Without a timeline there is nothing to catch up with, and trying again would not help: that is no failure.
-    bool succeeded = true;
     try {
         if (const auto current = timeline()) {
             startTask(Base::Home::mainThread, pull(shared_from_this(), current, completion), pullFunction);
@@ -28,10 +26,10 @@ void TimelineUploadService::syncRemoteTaggingSessionToLocalTimeline(SuccessCompl
         logError(environment_.logManager, "Unable to get timeline", "", pullFunction);
     } catch (...) {
         logUnexpectedFailure(std::current_exception(), pullFunction);
-        succeeded = false;
     }
+    // Nothing was received, so it is to be asked for again.
     if (completion) {
-        completion(succeeded);
+        completion(false);
     }
 }
 
