@@ -152,8 +152,6 @@ Profile longOutages() {
                      Weights{{Action::linkDown, 20}, {Action::fetchesFail, 20}};
     profile.faultShare = 0.1;
     profile.longOutageShare = 0.5;
-    // A host without a timeline tries to reconnect twenty times a second while its link is down: hours of that take long.
-    std::erase_if(profile.sessions, [](const auto& step) { return step.action == Action::closeTimeline; });
     profile.pauseShare = 0.03;
     profile.leastPause = 20;
     profile.mostPause = 800;
