@@ -92,8 +92,11 @@ Deed Edits::moveRow(const Step& step) {
     return doing([this, row, step] {
         const auto to = static_cast<std::int64_t>(step.other % timeline_->numberOfRows());
         if (timeline_->moveRow(row->uniqueId(), to)) {
-            record(step.action,
-                   {{"row", row->uniqueId()}, {"name", row->name()}, {"to", std::to_string(to)}});
+            const auto above = timeline_->rowAt(to - 1);
+            record(step.action, {{"row", row->uniqueId()},
+                                 {"name", row->name()},
+                                 {"to", std::to_string(to)},
+                                 {"above", above ? above->name() : std::string()}});
         }
     });
 }

@@ -46,7 +46,8 @@ namespace SimulatedKind {
 /// A step of the plan begins. Fields "number" (from 0 on), "action" and the step's own; the host is its analyst.
 inline constexpr const char* step = "step";
 /// A user's edit has changed a timeline. Fields "timelineId", "what" (the action's name), "count" (the timeline's modify count
-/// afterwards), and where it has them "row" (id), "name", "oldName", "clip" (instance id), "start", "end", "notes", "color", "to".
+/// afterwards), and where it has them "row" (id), "name", "oldName", "clip" (instance id), "start", "end", "notes", "color", "to", "above" (the row above a
+/// moved one).
 /// Edits of clips tell all their values as they are afterwards, and in "moment" the moment that the clip stands for, if one is known.
 /// The removal of a row lists its clips in "clips", separated by commas, and their moments in "moments"; so does the undo of it.
 inline constexpr const char* edit = "edit";

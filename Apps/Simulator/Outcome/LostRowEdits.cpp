@@ -144,16 +144,12 @@ private:
         if (row == nullptr || !isLast) {
             return;
         }
-        // A place can be compared where both lists have the same rows.
-        const StayHistory& stay = history_.stays[edit.stay];
-        if (stay.stay->lasts && stay.stay->picture.rows.size() != session_.session.presentationView->size()) {
-            return;
-        }
-        const auto place = row - session_.session.presentationView->data();
-        if (edit.to != std::to_string(place)) {
+        const auto& codes = *session_.session.presentationView;
+        const std::string above = row == codes.data() ? std::string() : (row - 1)->name;
+        if (edit.above != above) {
             report(LossKind::moveLost, edit, edit.name,
-                   "stands in place " + std::to_string(place) + " and was to stand in " +
-                       std::string(edit.to));
+                   "stands below \"" + above + "\" and was to stand below \"" + std::string(edit.above) +
+                       '"');
         }
     }
 

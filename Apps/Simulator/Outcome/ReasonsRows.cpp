@@ -82,6 +82,14 @@ bool wasNamedBack(const History& history, const UserEdit& edit) {
            });
 }
 
+bool hadCode(const MomentHistory& moment, std::string_view code) {
+    return std::ranges::any_of(moment.changes, [&](const ReferenceHost::RemoteChange* change) {
+        return std::ranges::any_of(change->moments, [&](const ReferenceHost::MomentPointer& state) {
+            return state->id == moment.last->id && state->code == code;
+        });
+    });
+}
+
 /// The cloud has refused to write one of the row's clips with the new name, which is saved when all are written.
 bool wasRefusedForAClip(const History& history, const UserEdit& edit) {
     const StayHistory& stay = history.stays[edit.stay];
@@ -89,9 +97,8 @@ bool wasRefusedForAClip(const History& history, const UserEdit& edit) {
                const Call& call = history.calls[number];
                return call.at > edit.at && call.isFalse && call.name == "updateMoments" &&
                       std::ranges::any_of(call.ids, [&](std::string_view moment) {
-                          return std::ranges::any_of(
-                              clipsOf(history, edit.stay, moment),
-                              [&](std::string_view clip) { return isOfRow(history, clip, edit); });
+                          const MomentHistory* found = history.moment(moment);
+                          return found != nullptr && hadCode(*found, edit.oldName);
                       });
            });
 }

@@ -318,7 +318,7 @@ void TraceReader::readEdit(std::size_t at, const Entry& entry) {
     edit.name = entry.field("name");
     edit.oldName = entry.field("oldName");
     edit.color = entry.field("color");
-    edit.to = entry.field("to");
+    edit.above = entry.field("above");
     edit.start = number<double>(entry.field("start"));
     edit.end = number<double>(entry.field("end"));
     edit.notes = entry.field("notes");
