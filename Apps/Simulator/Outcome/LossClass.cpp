@@ -36,7 +36,9 @@ const std::vector<LossClassText>& lossClassTexts() {
         {LossClass::renamedMeanwhile, "row renamed meanwhile",
          "A clip was tagged on a row while somebody else gave that row another name."},
         {LossClass::deletedWhileAway, "deleted while away",
-         "A clip was deleted while its analyst was out of the session, and is still on the old timeline."},
+         "A clip was deleted while its analyst was out of the session, and is still on the old timeline; a "
+         "new name of its row is "
+         "not listed."},
     };
     return texts;
 }

@@ -146,7 +146,8 @@ private:
         }
         const auto& codes = *session_.session.presentationView;
         const std::string above = row == codes.data() ? std::string() : (row - 1)->name;
-        if (edit.above != above) {
+        const bool isComparable = edit.above.empty() || code(edit.above) != nullptr;
+        if (isComparable && edit.above != above) {
             report(LossKind::moveLost, edit, edit.name,
                    "stands below \"" + above + "\" and was to stand below \"" + std::string(edit.above) +
                        '"');

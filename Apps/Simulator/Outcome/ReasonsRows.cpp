@@ -82,6 +82,15 @@ bool wasNamedBack(const History& history, const UserEdit& edit) {
            });
 }
 
+/// One that nobody can write with the new name, which is saved when all are written.
+bool hasAClipOfNoMoment(const StayHistory& stay, const UserEdit& edit) {
+    return std::ranges::any_of(stay.stay->picture.clips, [&](const ClipPicture& clip) {
+        return clip.rowId == edit.row && clip.momentId &&
+               std::ranges::none_of(stay.session->session.moments,
+                                    [&](const auto& moment) { return moment->id == *clip.momentId; });
+    });
+}
+
 bool hadCode(const MomentHistory& moment, std::string_view code) {
     return std::ranges::any_of(moment.changes, [&](const ReferenceHost::RemoteChange* change) {
         return std::ranges::any_of(change->moments, [&](const ReferenceHost::MomentPointer& state) {
@@ -135,6 +144,9 @@ Reason whyRowEditIsLost(const History& history, const Loss& loss) {
     if (loss.kind == LossKind::renameLost) {
         if (wasRefusedForAClip(history, *loss.edit)) {
             return LossClass::answeredFalse;
+        }
+        if (hasAClipOfNoMoment(stay, *loss.edit)) {
+            return LossClass::deletedWhileAway;
         }
         if (wasNamedBack(history, *loss.edit)) {
             return LossClass::namedBack;
