@@ -92,7 +92,7 @@ Deed Edits::moveRow(const Step& step) {
     return doing([this, row, step] {
         const auto to = static_cast<std::int64_t>(step.other % timeline_->numberOfRows());
         if (timeline_->moveRow(row->uniqueId(), to)) {
-            const auto above = timeline_->rowAt(to - 1);
+            const auto above = timeline_->rowAt(row->rowNum() - 1);
             record(step.action, {{"row", row->uniqueId()},
                                  {"name", row->name()},
                                  {"to", std::to_string(to)},

@@ -149,8 +149,11 @@ private:
             stay.to = end;
             for (std::size_t index = stay.from; index < end && stay.sessionId.empty(); ++index) {
                 const auto& entry = record_.trace[index];
+                // Writes of the timeline's earlier session may still be under way.
+                const bool isOfThis = entry.field("videoId") == stay.videoId ||
+                                      entry.field("name") == "subscribeToTaggingSessionChanges";
                 if (entry.host == stay.analyst && entry.kind == ReferenceHost::TraceKind::call &&
-                    entry.field("timelineId") == stay.timelineId) {
+                    entry.field("timelineId") == stay.timelineId && isOfThis) {
                     stay.sessionId = entry.field("taggingSessionId");
                 }
             }

@@ -130,7 +130,9 @@ private:
     void mustHaveColor(const UserEdit& edit) {
         const CodeRecord* row = code(edit.name);
         if (row != nullptr && edit.color != textOf(row->color) &&
-            !isDisputed(edit, [&](const UserEdit& other) { return colors(other, edit.name); })) {
+            !isDisputed(edit, [&](const UserEdit& other) {
+                return colors(other, edit.name) || takesAway(other, edit.name);
+            })) {
             report(LossKind::recolorLost, edit, edit.name,
                    "is " + textOf(row->color) + " and was to be " + std::string(edit.color));
         }
