@@ -155,8 +155,9 @@ public:
     [[nodiscard]] RowEdits unsavedRowEdits() const;
     void rowEditsAreSaved(const RowEdits& edits);  ///< any thread
 
-    /// What the user did to the list outside of a session is not saved in the next one.
-    void forgetRowEdits();
+    /// What the user does to the list of rows between two sessions is not saved in the second: its list comes first.
+    void leaveSession();
+    void enterSession();
 
     /// Takes away a clip that the sync library puts elsewhere.
     void removeRemoteInstance(const std::string& instanceId);
@@ -210,6 +211,7 @@ private:
     bool componentEdits_ = false;  // while an edit of the component or the sync library runs
     std::int64_t lastOrder_ = 0;
     std::uint64_t lastEditNumber_ = 0;
+    std::uint64_t lastEditInSession_ = 0;
 
     std::atomic<std::int64_t> modifyCount_{0};
     ChangeLog<TimelineRow> rowLog_;

@@ -102,7 +102,7 @@ std::optional<std::string> TimelineComponent::reopenLiveShare(const std::optiona
     for (Open& open : open_) {
         if (open.timeline->uniqueId() == timelineId) {
             open.showsLiveShare = true;
-            open.timeline->forgetRowEdits();
+            open.timeline->enterSession();
             return open.timeline->videoId();
         }
     }
@@ -125,7 +125,10 @@ void TimelineComponent::stopLiveShareWithTimelineId(const std::optional<std::str
         recordCall_("stopLiveShareWithTimelineId", {{"timelineId", timelineId.value_or("")}});
     }
     for (Open& open : open_) {
-        open.showsLiveShare = open.showsLiveShare && open.timeline->uniqueId() != timelineId;
+        if (open.showsLiveShare && open.timeline->uniqueId() == timelineId) {
+            open.showsLiveShare = false;
+            open.timeline->leaveSession();
+        }
     }
 }
 

@@ -124,8 +124,13 @@ void Timeline::rowEditsAreSaved(const RowEdits& edits) {
     });
 }
 
-void Timeline::forgetRowEdits() {
-    synchronized(rowsLock_, [&] { unsavedRowEdits_.clear(); });
+void Timeline::leaveSession() { lastEditInSession_ = lastEditNumber_; }
+
+void Timeline::enterSession() {
+    synchronized(rowsLock_, [&] {
+        std::erase_if(unsavedRowEdits_,
+                      [&](const auto& unsaved) { return unsaved.edit.number > lastEditInSession_; });
+    });
 }
 
 std::shared_ptr<TimelineInstance> Timeline::findDeletedInstance(const std::string& instanceId) const {

@@ -82,7 +82,8 @@ private:
         return std::ranges::any_of(history_.stays, [&](const StayHistory& stay) {
             return stay.session == &session_ && stay.stay->timelineId == edit.timelineId &&
                    std::ranges::any_of(stay.uploads, [&](const Upload& upload) {
-                       return upload.start > edit.at && upload.covers(edit.count);
+                       return (upload.start > edit.at && upload.covers(edit.count)) ||
+                              (upload.start < edit.at && edit.at < upload.end);
                    });
         });
     }

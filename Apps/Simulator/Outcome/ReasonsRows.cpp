@@ -127,8 +127,14 @@ Reason whyRowDiffers(const History& history, const Loss& loss) {
     // The timeline is as the user of another one wanted it, and the list is not.
     for (const UserEdit& edit : history.edits) {
         const bool isOfSession = edit.stay != never && history.stays[edit.stay].session == stay.session;
-        if (isOfSession && edit.kind == EditKind::renameRow &&
-            (edit.name == loss.row || edit.oldName == loss.row) && wasNamedBack(history, edit)) {
+        if (!isOfSession || edit.kind != EditKind::renameRow ||
+            (edit.name != loss.row && edit.oldName != loss.row)) {
+            continue;
+        }
+        if (const Reason reason = whyNotSent(history, edit)) {
+            return reason;
+        }
+        if (wasNamedBack(history, edit)) {
             return LossClass::namedBack;
         }
     }
