@@ -135,7 +135,7 @@ public:
                                                            Base::Color colorForNewRow);
 
     /// Null when there is no such clip on that row. Does not touch the `externalId`. Constant time.
-    /// `taken`: up to which edits of its user these values go. What the user has set later stays.
+    /// `taken`: up to which edits of its user these values go. What the user has set later stays, a name for the row too.
     std::shared_ptr<TimelineInstance> updateRemoteInstance(const std::string& instanceId,
                                                            const std::string& rowId, ClipValues values,
                                                            const EditNumbers& taken);
@@ -194,7 +194,6 @@ private:
 
     /// Of the user's edit under way; 0 when it is not the user's.
     [[nodiscard]] std::uint64_t nextEditNumber();
-    [[nodiscard]] bool isNewlyNamed(const TimelineRow& row) const;
     [[nodiscard]] bool isNameRefused(const std::string& name) const;
     void rememberEdit(RowEdit::Kind kind, const TimelineRow& row, const std::string& oldName = {});
     [[nodiscard]] bool wentWithItsRow(const InstanceEntry& entry) const;
@@ -212,6 +211,8 @@ private:
     std::int64_t lastOrder_ = 0;
     std::uint64_t lastEditNumber_ = 0;
     std::uint64_t lastEditInSession_ = 0;
+    /// Of a row whose name the user has set since what the sync library brought last: it does not follow that. Else empty.
+    std::string keepsItsName_;
 
     std::atomic<std::int64_t> modifyCount_{0};
     ChangeLog<TimelineRow> rowLog_;

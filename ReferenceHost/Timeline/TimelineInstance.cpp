@@ -72,7 +72,8 @@ std::shared_ptr<TimelineInstance> TimelineInstance::detachedCopy(std::weak_ptr<T
 
 EditNumbers TimelineInstance::editNumbers() const {
     EditNumbers numbers = synchronized(lock_, [this] { return numbers_; });
-    if (const auto row = row_.lock()) {
+    const auto row = row_.lock();
+    if (row && row->nameEditNumber() > arrivedAfter_) {
         numbers.code = std::max(numbers.code, row->nameEditNumber());
     }
     return numbers;

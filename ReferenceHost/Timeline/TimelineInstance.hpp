@@ -51,7 +51,7 @@ public:
     /// All of them at one moment: never one edit's start with another's end.
     [[nodiscard]] ClipValues values() const;
 
-    /// Which edits of the timeline's user have set its parts; for the code, the row's name counts too.
+    /// Which edits of the timeline's user have set its parts; for the code, the names count that the row has got with the clip on it.
     [[nodiscard]] EditNumbers editNumbers() const;
 
     /// Of a detached copy: the clip that it shows, if that still is anywhere. Else the clip itself.
@@ -85,6 +85,8 @@ private:
     const std::weak_ptr<TimelineRow> row_;
     const std::int64_t order_;
     const bool isShared_;
+    std::uint64_t arrivedAfter_ =
+        0;  // of one from elsewhere: the user's last edit before; not written once others see the clip
 
     std::weak_ptr<TimelineInstance> original_;  // of a detached copy
 

@@ -14,14 +14,6 @@ bool Timeline::isNameRefused(const std::string& name) const {
     return rules_->rowNamesAreUnique && !componentEdits_ && findRowNamed(name) != nullptr;
 }
 
-bool Timeline::isNewlyNamed(const TimelineRow& row) const {
-    return synchronized(rowsLock_, [&] {
-        return std::ranges::any_of(unsavedRowEdits_, [&](const auto& unsaved) {
-            return unsaved.row.get() == &row && unsaved.edit.kind == RowEdit::Kind::rename;
-        });
-    });
-}
-
 void Timeline::rememberEdit(RowEdit::Kind kind, const TimelineRow& row, const std::string& oldName) {
     RowEdit edit;
     edit.kind = kind;
@@ -70,8 +62,8 @@ bool Timeline::renameRow(const std::string& rowId, const std::string& name) {
     if (name == oldName ? rules_->emptyEditIsNoChange : isNameRefused(name)) {
         return false;
     }
-    if (componentEdits_ && isNewlyNamed(*entry->object)) {
-        return false;  // the user's name is on its way
+    if (componentEdits_ && rowId == keepsItsName_) {
+        return false;
     }
     const auto count = nextCount(ChangeKind::alteration);
     entry->object->setName(name);

@@ -54,6 +54,7 @@ Timeline::appendRemoteInstance(const std::string& code, const std::string& exter
     auto instance = std::make_shared<TimelineInstance>(
         options_.makeId(), row, ClipValues(startTime, endTime, notes), ++lastOrder_, true);
     instance->writeExternalId(externalId);
+    instance->arrivedAfter_ = lastEditNumber_;
     byExternalId_[externalId].push_back(&instanceLog_.add(instance, count));
     row->append(instance);
     finishChange(count);
@@ -78,6 +79,7 @@ std::shared_ptr<TimelineInstance> Timeline::updateRemoteInstance(const std::stri
     if (numbers.notes > taken.notes) {
         values.notes = mine.notes;
     }
+    keepsItsName_ = numbers.code > taken.code ? rowId : std::string();
     setValues(*entry, std::move(values), nullptr);
     return instance;
 }
@@ -99,8 +101,9 @@ RowEdits Timeline::unsavedRowEdits() const {
         const auto clips = row->allInstances();
         const bool mustWait =
             edit.kind == RowEdit::Kind::rename && std::ranges::any_of(*clips, [&](const auto& clip) {
-                return clip->externalId() &&
-                       static_cast<const TimelineInstance&>(*clip).written().code < edit.number;
+                const auto& ours = static_cast<const TimelineInstance&>(*clip);
+                return clip->externalId() && ours.written().code < edit.number &&
+                       edit.number <= ours.editNumbers().code;
             });
         if (mustWait) {
             waiting.try_emplace(row.get(), edit.oldName);

@@ -158,6 +158,39 @@ TEST_P(CloudServiceContract, WritesWhatItsUserHasChangedAndEachEditOnce) {
     EXPECT_EQ(update(ben, bens), Clip("Shot", 9, 10, "first"));
 }
 
+TEST_P(CloudServiceContract, WritesARowsNewNameWithTheClipsThatWereOnItThenAndKeepsItUntilItIsWritten) {
+    const std::string session = createSession(ann);
+    const auto update = [&](std::size_t analyst, const Instances& clips) {
+        EXPECT_TRUE(wait(startUpdate(analyst, session, clips)).value());
+        return fetchClips(cleo);
+    };
+    const Instance clip = tag(ann, Clip("Shot", 1, 2, ""));
+    (void)create(ann, session, {clip});
+    const Instance bens = fetchMoments(ben).front()->appendToTimeline(timeline(ben));
+    host().renameRow(timeline(ben), "Shot", "Goal");
+    const Instance later = tag(ann, Clip("Goal", 3, 4, ""));
+    (void)create(ann, session, {later});
+    const Instance bensLater = fetchMoments(ben).back()->appendToTimeline(timeline(ben));
+    host().renameRow(timeline(ann), "Goal", "Score");
+    (void)update(ann, {later});
+    host().retime(timeline(ben), bensLater, 5, 6);
+    EXPECT_EQ(update(ben, {bens, bensLater}),
+              (std::vector<Clip>{Clip("Goal", 1, 2, ""), Clip("Score", 5, 6, "")}));
+
+    const auto receive = [&](const std::string& name) {
+        (void)fetchMoments(ben).front()->updateOnTimeline(timeline(ben), bens->uniqueId(),
+                                                          bens->row()->uniqueId());
+        timeline(ben)->codingTarget()->setRowNameWithRowNum(0, name);
+        return bens->row()->name();
+    };
+    host().renameRow(timeline(ben), "Goal", "Attempt");
+    EXPECT_EQ(receive("Goal"), "Attempt") << "The user's name is newer.";
+    (void)update(ben, {bens});
+    host().renameRow(timeline(ann), "Shot", "Header");
+    (void)update(ann, {clip});
+    EXPECT_EQ(receive("Header"), "Header") << "The user's name was written before this one.";
+}
+
 TEST_P(CloudServiceContract, SavesOfAListWhatItsUserHasChanged) {
     const std::string session = createSession(ann);
     const auto rows = [&](std::size_t analyst) {
