@@ -95,7 +95,7 @@ Deed Edits::moveRow(const Step& step) {
             const auto above = timeline_->rowAt(row->rowNum() - 1);
             record(step.action, {{"row", row->uniqueId()},
                                  {"name", row->name()},
-                                 {"to", std::to_string(to)},
+                                 {"to", std::to_string(row->rowNum())},
                                  {"above", above ? above->name() : std::string()}});
         }
     });

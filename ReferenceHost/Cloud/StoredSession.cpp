@@ -125,10 +125,10 @@ void StoredSession::savePresentationView(const CloudRules& rules, CloudService::
     Base::synchronized(lock_, [&] {
         const std::uint64_t before = changes_.size();
         const RowEdits newEdits = edits ? takeNewEdits(timelineId, *edits) : RowEdits();
-        presentationView_ =
-            edits && presentationView_
-                ? std::make_shared<const std::vector<CodeRecord>>(withEdits(*presentationView_, newEdits))
-                : codes;
+        // The first list may be older than the edits that come with it.
+        presentationView_ = edits ? std::make_shared<const std::vector<CodeRecord>>(
+                                        withEdits(presentationView_ ? *presentationView_ : *codes, newEdits))
+                                  : codes;
         RemoteChange change;
         change.client = client;
         change.type = TaggingSessionChangeType::presentationViewUpdated;

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
+#include <set>
 #include <utility>
 
 namespace ReferenceHost {
@@ -95,16 +96,24 @@ void Timeline::forgetEdits(const std::string& instanceId, const EditNumbers& tak
 
 RowEdits Timeline::unsavedRowEdits() const {
     const auto unsaved = synchronized(rowsLock_, [this] { return unsavedRowEdits_; });
+    std::set<const TimelineRow*> removed;
+    for (const auto& [edit, row, above] : unsaved) {
+        if (edit.kind == RowEdit::Kind::remove) {
+            removed.insert(row.get());
+        } else {
+            removed.erase(row.get());
+        }
+    }
     std::map<const TimelineRow*, std::string> waiting;  // with the names that they have in the list
     RowEdits edits;
     for (const auto& [edit, row, above] : unsaved) {
         const auto clips = row->allInstances();
-        const bool mustWait =
-            edit.kind == RowEdit::Kind::rename && std::ranges::any_of(*clips, [&](const auto& clip) {
-                const auto& ours = static_cast<const TimelineInstance&>(*clip);
-                return clip->externalId() && ours.written().code < edit.number &&
-                       edit.number <= ours.editNumbers().code;
-            });
+        const bool mustWait = edit.kind == RowEdit::Kind::rename && !removed.contains(row.get()) &&
+                              std::ranges::any_of(*clips, [&](const auto& clip) {
+                                  const auto& ours = static_cast<const TimelineInstance&>(*clip);
+                                  return clip->externalId() && ours.written().code < edit.number &&
+                                         edit.number <= ours.editNumbers().code;
+                              });
         if (mustWait) {
             waiting.try_emplace(row.get(), edit.oldName);
         }

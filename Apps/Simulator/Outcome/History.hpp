@@ -41,7 +41,8 @@ struct UserEdit {
     std::string_view name;
     std::string_view oldName;
     std::string_view color;
-    std::string_view above;  ///< of a moved row: the name of the one above it; empty: it is the first
+    std::string_view above;  ///< of a moved row: the name of the one above it
+    bool isFirst = false;    ///< of a moved row: there is none
     double start = 0;
     double end = 0;
     std::string_view notes;

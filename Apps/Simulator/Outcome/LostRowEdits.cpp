@@ -149,7 +149,7 @@ private:
         }
         const auto& codes = *session_.session.presentationView;
         const std::string above = row == codes.data() ? std::string() : (row - 1)->name;
-        const bool isComparable = edit.above.empty() || code(edit.above) != nullptr;
+        const bool isComparable = edit.isFirst || code(edit.above) != nullptr;
         if (isComparable && edit.above != above) {
             report(LossKind::moveLost, edit, edit.name,
                    "stands below \"" + above + "\" and was to stand below \"" + std::string(edit.above) +

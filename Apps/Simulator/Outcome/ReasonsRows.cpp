@@ -3,6 +3,7 @@
 #include "Apps/Simulator/Outcome/Reasons.hpp"
 
 #include <algorithm>
+#include <array>
 
 namespace Simulator {
 
@@ -12,16 +13,26 @@ namespace {
 
 /// The last one that concerns the row, or the order of all.
 const UserEdit* lastRowEdit(const History& history, const Loss& loss) {
-    const StayHistory& stay = history.stays[loss.stay];
-    const auto found = std::find_if(stay.edits.rbegin(), stay.edits.rend(), [&](std::size_t index) {
-        const UserEdit& edit = history.edits[index];
-        if (edit.kind < EditKind::addRow) {
+    const std::string& timelineId = history.stays[loss.stay].stay->timelineId;
+    const auto found = std::find_if(history.edits.rbegin(), history.edits.rend(), [&](const UserEdit& edit) {
+        if (edit.timelineId != timelineId || edit.kind < EditKind::addRow) {
             return false;
         }
         return loss.kind == LossKind::rowOrder ? edit.kind != EditKind::recolorRow
                                                : edit.name == loss.row || edit.oldName == loss.row;
     });
-    return found != stay.edits.rend() ? &history.edits[*found] : nullptr;
+    return found != history.edits.rend() ? &*found : nullptr;
+}
+
+/// Every name that the row had, or was given by somebody.
+std::vector<std::string_view> namesOf(const History& history, std::string_view row) {
+    std::vector<std::string_view> names{row};
+    for (const UserEdit& edit : history.edits) {
+        if (edit.kind == EditKind::renameRow && edit.name == row) {
+            names.push_back(edit.oldName);
+        }
+    }
+    return names;
 }
 
 bool bringsAList(const StayHistory& stay, const Arrival& arrival) {
@@ -125,10 +136,11 @@ Reason whyRowDiffers(const History& history, const Loss& loss) {
         return LossClass::noCodingTarget;
     }
     // The timeline is as the user of another one wanted it, and the list is not.
+    const std::vector<std::string_view> names = namesOf(history, loss.row);
     for (const UserEdit& edit : history.edits) {
         const bool isOfSession = edit.stay != never && history.stays[edit.stay].session == stay.session;
         if (!isOfSession || edit.kind != EditKind::renameRow ||
-            (edit.name != loss.row && edit.oldName != loss.row)) {
+            std::ranges::find_first_of(names, std::array{edit.name, edit.oldName}) == names.end()) {
             continue;
         }
         if (const Reason reason = whyNotSent(history, edit)) {

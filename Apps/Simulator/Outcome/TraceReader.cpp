@@ -319,6 +319,7 @@ void TraceReader::readEdit(std::size_t at, const Entry& entry) {
     edit.oldName = entry.field("oldName");
     edit.color = entry.field("color");
     edit.above = entry.field("above");
+    edit.isFirst = entry.field("to") == "0";
     edit.start = number<double>(entry.field("start"));
     edit.end = number<double>(entry.field("end"));
     edit.notes = entry.field("notes");
