@@ -19,6 +19,9 @@ const std::vector<LossClassText>& lossClassTexts() {
         {LossClass::waiting, "waiting for the next edit",
          "The upload of the edit failed; it is repeated with the next edit, or when the network comes back."},
         {LossClass::answeredFalse, "refused by the cloud", "The cloud refused the edit."},
+        {LossClass::sentElsewhere, "sent to the session before",
+         "The timeline's last session was still sending when its analyst began the next one: what was edited "
+         "by then went there."},
         {LossClass::takenForKnown, "row not listed",
          "A new or renamed row was sent with a clip while somebody else's change was coming in: its clips "
          "are there for all, and the "
@@ -29,12 +32,20 @@ const std::vector<LossClassText>& lossClassTexts() {
          "list keeps the old one."},
         {LossClass::broughtBackTwice, "brought back twice",
          "Two analysts deleted the same clip, and both took it back: it is there twice."},
+        {LossClass::neverFetched, "never fetched",
+         "The first fetch of the session failed; it is fetched when the connection breaks next."},
         {LossClass::noCodingTarget, "the timeline could not be edited",
          "The change came in while the timeline could not be edited."},
         {LossClass::wrongRow, "left on its row",
-         "A clip was given another row's name and stays on the row that it is on."},
+         "A clip was given the name of another row, which is there too, and stays on the row that it is on, "
+         "with whatever name that "
+         "has."},
         {LossClass::renamedMeanwhile, "row renamed meanwhile",
-         "A clip was tagged on a row while somebody else gave that row another name."},
+         "A clip was tagged on a row, and its tagger, or who gave the row another name, had not heard of the "
+         "other."},
+        {LossClass::sentWithoutRow, "sent without its row",
+         "The application handed out a clip that did not know its row; to the others it is on a row without "
+         "a name."},
         {LossClass::deletedWhileAway, "deleted while away",
          "A clip was deleted while its analyst was out of the session, and is still on the old timeline; a "
          "new name of its row is "

@@ -18,14 +18,17 @@ enum class LossClass : std::uint8_t {
     answeredFalse,
 
     // It reached it, and something else was made of it.
+    sentElsewhere,
     takenForKnown,
     namedBack,
     broughtBackTwice,
 
     // It did not reach a timeline.
+    neverFetched,
     noCodingTarget,
     wrongRow,
     renamedMeanwhile,
+    sentWithoutRow,
     deletedWhileAway,
 };
 

@@ -41,7 +41,7 @@ Reason whyClipDiffers(const History& history, const Loss& loss) {
     }
     const Arrival* arrival = arrivalOf(stay, moment->changes.back()->sequence);
     if (loss.kind == LossKind::clipExtra && arrival != nullptr) {
-        if (hadNoTarget(history, stay, *arrival)) {
+        if (hadNoTarget(history, stay, arrival->at)) {
             return LossClass::noCodingTarget;
         }
         const bool wasThereBefore = std::ranges::any_of(moment->placements,
@@ -60,10 +60,10 @@ Reason whyClipDiffers(const History& history, const Loss& loss) {
 
 }  // namespace
 
-bool hadNoTarget(const History& history, const StayHistory& stay, const Arrival& arrival) {
+bool hadNoTarget(const History& history, const StayHistory& stay, std::size_t at) {
     const auto spans = history.withoutTarget.find(stay.stay->analyst);
     return spans != history.withoutTarget.end() && std::ranges::any_of(spans->second, [&](const auto& span) {
-               return span.first < arrival.at && arrival.at < span.second;
+               return span.first < at && at < span.second;
            });
 }
 
@@ -95,7 +95,13 @@ const UserEdit* lastEditOf(const History& history, std::string_view timelineId,
 }
 
 Reason explain(const History& history, const Loss& loss) {
-    if (loss.kind <= LossKind::clipOnWrongRow) {
+    if (const Reason reason = whyBetweenSessions(history, loss)) {
+        return reason;
+    }
+    if (loss.kind == LossKind::clipOnWrongRow) {
+        return whyOnWrongRow(history, loss);
+    }
+    if (loss.kind < LossKind::clipOnWrongRow) {
         return whyClipDiffers(history, loss);
     }
     if (loss.edit == nullptr) {

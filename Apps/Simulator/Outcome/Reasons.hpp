@@ -14,8 +14,9 @@ namespace Simulator {
 
 using Reason = std::optional<LossClass>;
 
-/// Why the cloud was never told of the edit. Of an edit of clips: of this one.
-[[nodiscard]] Reason whyNotSent(const History& history, const UserEdit& edit, std::string_view clip = {});
+/// Why the cloud was never told of the edit. Of an edit of clips: of this one. Of a row's new name: of this moment's new code.
+[[nodiscard]] Reason whyNotSent(const History& history, const UserEdit& edit, std::string_view clip = {},
+                                std::string_view moment = {});
 
 /// A row of the timeline, or the order of its rows, is not as in the shared list.
 [[nodiscard]] Reason whyRowDiffers(const History& history, const Loss& loss);
@@ -23,8 +24,14 @@ using Reason = std::optional<LossClass>;
 /// The shared list does not have this edit, though it was sent.
 [[nodiscard]] Reason whyRowEditIsLost(const History& history, const Loss& loss);
 
-/// What arrived then came while the timeline could not be edited.
-[[nodiscard]] bool hadNoTarget(const History& history, const StayHistory& stay, const Arrival& arrival);
+/// The timeline could not be edited at that entry.
+[[nodiscard]] bool hadNoTarget(const History& history, const StayHistory& stay, std::size_t at);
+
+/// Why a clip stands on a row that has another name than its moment's code.
+[[nodiscard]] Reason whyOnWrongRow(const History& history, const Loss& loss);
+
+/// What lies between two sessions of a timeline, or before its first.
+[[nodiscard]] Reason whyBetweenSessions(const History& history, const Loss& loss);
 
 /// Why this is not as it should be; absent: nothing that is known explains it.
 [[nodiscard]] Reason explain(const History& history, const Loss& loss);

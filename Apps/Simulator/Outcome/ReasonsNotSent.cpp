@@ -19,13 +19,15 @@ bool isRemoval(const UserEdit& edit) {
     return edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow;
 }
 
-/// The cloud has refused the write of this clip, and no later one told of it.
-bool wasRefused(const History& history, const UserEdit& edit, std::string_view clip) {
+/// The moment that the clip stood for; empty: none, or the edit is not of this clip.
+std::string_view momentOf(const UserEdit& edit, std::string_view clip) {
     const auto place = std::ranges::find(edit.clips, clip);
-    if (place == edit.clips.end()) {
-        return false;
-    }
-    const std::string_view moment = edit.moments[static_cast<std::size_t>(place - edit.clips.begin())];
+    return place != edit.clips.end() ? edit.moments[static_cast<std::size_t>(place - edit.clips.begin())]
+                                     : std::string_view();
+}
+
+/// The cloud has refused the write of this moment.
+bool wasRefused(const History& history, const UserEdit& edit, std::string_view moment) {
     const std::string_view operation = isRemoval(edit) ? "removeMoments" : "updateMoments";
     return std::ranges::any_of(history.stays[edit.stay].calls, [&](std::size_t number) {
         const Call& call = history.calls[number];
@@ -46,7 +48,8 @@ bool wasCountedAsApplied(const History& history, const StayHistory& stay, const 
 
 }  // namespace
 
-Reason whyNotSent(const History& history, const UserEdit& edit, std::string_view clip) {
+Reason whyNotSent(const History& history, const UserEdit& edit, std::string_view clip,
+                  std::string_view moment) {
     if (edit.stay == never) {
         return LossClass::outsideSession;
     }
@@ -54,7 +57,10 @@ Reason whyNotSent(const History& history, const UserEdit& edit, std::string_view
     if (stay.session == nullptr) {
         return LossClass::noSession;
     }
-    if (!clip.empty() && wasRefused(history, edit, clip)) {
+    if (!clip.empty()) {
+        moment = momentOf(edit, clip);
+    }
+    if (!moment.empty() && wasRefused(history, edit, moment)) {
         return LossClass::answeredFalse;
     }
     std::vector<const Upload*> uploads;

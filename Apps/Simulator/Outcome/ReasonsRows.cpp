@@ -47,7 +47,7 @@ bool missedTheLastList(const History& history, const StayHistory& stay, std::siz
         std::find_if(stay.arrivals.rbegin(), stay.arrivals.rend(), [&](const Arrival& arrival) {
             return arrival.at < before && bringsAList(stay, arrival);
         });
-    return found != stay.arrivals.rend() && hadNoTarget(history, stay, *found);
+    return found != stay.arrivals.rend() && hadNoTarget(history, stay, found->at);
 }
 
 bool savedTheList(const History& history, const StayHistory& stay, const Upload& upload) {
