@@ -35,7 +35,7 @@ public:
         for (const UserEdit& edit : history.edits) {
             if (edit.stay != never && history.stays[edit.stay].session == &session) {
                 edits_.push_back(&edit);
-            } else if (edit.stay == never && (wasStillSent(edit) || wasDoneWhileJoining(edit))) {
+            } else if (wasStillSent(edit) || wasDoneWhileJoining(edit)) {
                 outside_.push_back(&edit);
             }
         }
@@ -161,7 +161,7 @@ private:
         if (earlier.at >= later.at || earlier.timelineId == later.timelineId) {
             return earlier.at < later.at;
         }
-        if (earlier.stay == never) {
+        if (earlier.stay == never || history_.stays[earlier.stay].session != &session_) {
             return false;
         }
         const std::uint64_t brought = sequenceThatBrought(earlier);
