@@ -87,6 +87,7 @@ std::vector<SharedClip> findSharedClips(const History& history) {
                 shared.isFromElsewhere = true;
             } else {
                 shared.edits.push_back(&edit);
+                shared.clips.push_back(id);
             }
         }
     }

@@ -12,6 +12,7 @@ namespace Simulator {
 /// deleted and brought back.
 struct SharedClip {
     std::vector<const UserEdit*> edits;           ///< in sessions, in order
+    std::vector<std::string_view> clips;          ///< of those edits
     std::vector<std::string_view> moments;        ///< that it has or had
     std::vector<std::string_view> livingMoments;  ///< in the cloud at the end
     bool isFromElsewhere = false;  ///< it was edited outside of all sessions, or in another one

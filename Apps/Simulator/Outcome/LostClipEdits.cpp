@@ -102,7 +102,7 @@ private:
         Loss loss{kind, never, moment, {}, {}, edit, {}};
         if (edit != nullptr) {
             loss.stay = edit->stay;
-            loss.clip = edit->clips.front();
+            loss.clip = *std::ranges::find_first_of(edit->clips, clip_.clips);
             loss.row = edit->name;
             loss.what = std::string(edit->analyst) + ": ";
         }

@@ -104,11 +104,17 @@ Reason explain(const History& history, const Loss& loss) {
     if (loss.kind < LossKind::clipOnWrongRow) {
         return whyClipDiffers(history, loss);
     }
+    if (loss.kind == LossKind::clipDoubled) {
+        return whyClipEditIsLost(history, loss);
+    }
     if (loss.edit == nullptr) {
         return whyRowDiffers(history, loss);
     }
-    const Reason reason = whyNotSent(history, *loss.edit, loss.clip);
-    return reason || loss.kind < LossKind::newRowLost ? reason : whyRowEditIsLost(history, loss);
+    if (const Reason reason = whyNotSent(history, *loss.edit, loss.clip)) {
+        return reason;
+    }
+    return loss.kind < LossKind::newRowLost ? whyClipEditIsLost(history, loss)
+                                            : whyRowEditIsLost(history, loss);
 }
 
 }  // namespace Simulator

@@ -1,0 +1,69 @@
+// Why something else has become of a clip in the cloud than what users did, though the cloud was told.
+
+#include "Apps/Simulator/Outcome/Reasons.hpp"
+
+#include <algorithm>
+#include <set>
+
+namespace Simulator {
+
+namespace {
+
+/// The call that made the moment; null: it is not in the trace.
+const Call* creationOf(const History& history, const MomentHistory& moment) {
+    const std::uint64_t sequence = moment.changes.front()->sequence;
+    const auto found = std::ranges::find_if(history.calls, [&](const Call& call) {
+        return call.stay != never && history.stays[call.stay].session == moment.session &&
+               call.accepted != nullptr && call.accepted->sequenceBefore < sequence &&
+               sequence <= call.accepted->sequenceAfter;
+    });
+    return found != history.calls.end() ? &*found : nullptr;
+}
+
+/// The moment was made for a clip that its user had taken back.
+bool wasBroughtBack(const History& history, const MomentHistory& moment) {
+    const Call* creation = creationOf(history, moment);
+    return creation != nullptr && std::ranges::any_of(history.edits, [&](const UserEdit& edit) {
+               return edit.at < creation->at &&
+                      (edit.kind == EditKind::restoreClip || edit.kind == EditKind::restoreRow) &&
+                      std::ranges::find(edit.clips, moment.last->originInstanceId) != edit.clips.end();
+           });
+}
+
+/// Each of the moments was made for another analyst who had taken the clip back.
+bool wereBroughtBack(const History& history, const std::vector<std::string_view>& moments) {
+    std::set<std::string_view> timelines;
+    return std::ranges::all_of(moments, [&](std::string_view id) {
+        const MomentHistory* moment = history.moment(id);
+        return moment != nullptr && timelines.insert(moment->last->originTimelineId).second &&
+               wasBroughtBack(history, *moment);
+    });
+}
+
+/// That of the clip which the user has edited.
+std::string_view editedMoment(const Loss& loss) {
+    const auto place = std::ranges::find(loss.edit->clips, loss.clip) - loss.edit->clips.begin();
+    return loss.edit->moments[static_cast<std::size_t>(place)];
+}
+
+}  // namespace
+
+Reason whyClipEditIsLost(const History& history, const Loss& loss) {
+    const std::vector<SharedClip> clips = findSharedClips(history);
+    const auto clip = std::ranges::find_if(clips, [&](const SharedClip& candidate) {
+        return std::ranges::find(candidate.moments, loss.moment) != candidate.moments.end();
+    });
+    if (clip == clips.end()) {
+        return std::nullopt;
+    }
+    if (loss.kind == LossKind::clipDoubled) {
+        return wereBroughtBack(history, clip->livingMoments) ? Reason(LossClass::broughtBackTwice)
+                                                             : std::nullopt;
+    }
+    if (loss.kind == LossKind::deletionLost && wereBroughtBack(history, {editedMoment(loss), loss.moment})) {
+        return LossClass::broughtBackTwice;
+    }
+    return std::nullopt;
+}
+
+}  // namespace Simulator
