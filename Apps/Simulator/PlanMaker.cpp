@@ -33,6 +33,10 @@ public:
     Plan make() {
         at_ = random_.chance(profile_.earlyStartShare) ? 0 : everybodyHasJoined;
         while (plan_.steps.size() < options_.operations) {
+            if (profile_.republishShare > 0 && random_.chance(profile_.republishShare)) {
+                republish();
+                continue;
+            }
             const bool isTwin = last_ && random_.chance(profile_.twinShare);
             Step step = isTwin ? twin(*last_) : draw();
             at_ += isTwin ? random_.between(0, 1.3) : gap();
@@ -114,8 +118,35 @@ private:
                       : random_.chance(0.3)                  ? Action::host
                                                              : Action::join;
         step.amount = rounded(random_.between(0, 6));
-        step.at = departure.at + Base::Seconds(rounded(random_.between(1, 12)));
+        const double pause = random_.chance(0.2) ? random_.between(0, 0.1) : random_.between(1, 12);
+        step.at = departure.at + Base::Seconds(rounded(pause));
         return step;
+    }
+
+    /// The one who publishes begins another session on the same timeline while a creation of the one before hangs.
+    void republish() {
+        at_ += gap();
+        const double hang = random_.between(2, 6);
+        add(Action::hang, 0, 0, hang);  // of the next creation of moments
+        add(Action::tag, 0.01, random_.below(1000), 0);
+        add(Action::leave, 0.01, 1, 0);
+        add(Action::host, 0.01, 1, 0);
+        for (double passed = 0; passed < hang; passed += 0.4) {
+            add(choose(profile_.edits, random_), 0.4, random_.below(1000), 0);
+        }
+        last_.reset();
+    }
+
+    void add(Action action, double later, std::size_t object, double amount) {
+        Step step = draw();
+        step.analyst = 0;
+        step.action = action;
+        step.object = static_cast<std::uint32_t>(object);
+        step.amount = rounded(amount);
+        at_ += later;
+        step.at = Base::Seconds(rounded(at_));
+        takeReturnsBefore(step.at);
+        plan_.steps.push_back(step);
     }
 
     void takeReturnsBefore(Base::Seconds moment) {

@@ -162,6 +162,7 @@ Profile rejoins() {
     Profile profile = mixed();
     profile.sessions = sessions() * 4 + failingSessions();
     profile.sessionShare = 0.25;
+    profile.republishShare = 0.01;
     profile.faultShare = 0.1;
     return profile;
 }

@@ -27,7 +27,9 @@ struct Profile {
     double pauseShare = 0.06;  ///< of the steps that follow after many seconds
     double leastPause = 5;
     double mostPause = 25;
-    bool takesTurns = false;       ///< each step waits until the one before it has reached everybody
+    double republishShare =
+        0;                    ///< of the steps at which somebody leaves a session and begins another at once
+    bool takesTurns = false;  ///< each step waits until the one before it has reached everybody
     double longOutageShare = 0;    ///< of the outages that last for minutes
     double earlyStartShare = 0.2;  ///< of the plans that begin before everybody has joined
 };

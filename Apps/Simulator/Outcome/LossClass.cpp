@@ -26,10 +26,6 @@ const std::vector<LossClassText>& lossClassTexts() {
          "A new or renamed row was sent with a clip while somebody else's change was coming in: its clips "
          "are there for all, and the "
          "list does not name it until it is changed again."},
-        {LossClass::namedBack, "old name in the list",
-         "A row was renamed in the second in which somebody else changed one of its clips: the clips' row "
-         "has the new name, and the "
-         "list keeps the old one."},
         {LossClass::broughtBackTwice, "brought back twice",
          "Two analysts deleted the same clip, and both took it back: it is there twice."},
         {LossClass::neverFetched, "never fetched",

@@ -20,7 +20,6 @@ enum class LossClass : std::uint8_t {
     // It reached it, and something else was made of it.
     sentElsewhere,
     takenForKnown,
-    namedBack,
     broughtBackTwice,
 
     // It did not reach a timeline.

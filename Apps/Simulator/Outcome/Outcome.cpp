@@ -38,9 +38,6 @@ std::vector<std::string> lossClasses() {
     for (const LossClassText& text : lossClassTexts()) {
         names.emplace_back(text.name);
     }
-    for (const std::string& rule : allRules()) {
-        names.push_back(brokenRule(rule));
-    }
     return names;
 }
 

@@ -24,7 +24,7 @@ struct Outcome {
 /// has become of it.
 [[nodiscard]] Outcome judgeOutcome(const Record& record);
 
-/// The names of all loss classes, for counts and documents.
+/// The names of all loss classes that hosts meet who keep their contract, for counts and documents.
 [[nodiscard]] std::vector<std::string> lossClasses();
 
 }  // namespace Simulator

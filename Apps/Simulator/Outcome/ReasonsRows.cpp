@@ -79,20 +79,6 @@ bool wasTakenForKnown(const History& history, const UserEdit& edit) {
     });
 }
 
-/// While the new name was on its way, a change of one of the row's clips brought the old one back.
-bool wasNamedBack(const History& history, const UserEdit& edit) {
-    const StayHistory& stay = history.stays[edit.stay];
-    const auto upload = std::ranges::find_if(stay.uploads, [&](const Upload& candidate) {
-        return candidate.start > edit.at && candidate.covers(edit.count) && candidate.succeeded;
-    });
-    return edit.kind == EditKind::renameRow && upload != stay.uploads.end() &&
-           std::ranges::any_of(stay.target, [&](std::size_t at) {
-               return edit.at < at && at < upload->end &&
-                      history.entry(at).field("name") == "setRowNameWithRowNum" &&
-                      history.entry(at).field("rowName") == edit.oldName;
-           });
-}
-
 /// One that nobody can write with the new name, which is saved when all are written.
 bool hasAClipOfNoMoment(const StayHistory& stay, const UserEdit& edit) {
     return std::ranges::any_of(stay.stay->picture.clips, [&](const ClipPicture& clip) {
@@ -146,9 +132,6 @@ Reason whyRowDiffers(const History& history, const Loss& loss) {
         if (const Reason reason = whyNotSent(history, edit)) {
             return reason;
         }
-        if (wasNamedBack(history, edit)) {
-            return LossClass::namedBack;
-        }
     }
     return std::nullopt;
 }
@@ -165,9 +148,6 @@ Reason whyRowEditIsLost(const History& history, const Loss& loss) {
         }
         if (hasAClipOfNoMoment(stay, *loss.edit)) {
             return LossClass::deletedWhileAway;
-        }
-        if (wasNamedBack(history, *loss.edit)) {
-            return LossClass::namedBack;
         }
     }
     // A place is counted on a list that is not everybody's.
