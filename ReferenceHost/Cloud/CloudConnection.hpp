@@ -79,6 +79,7 @@ private:
     struct Route {
         std::shared_ptr<CloudSubscription> subscription;
         std::string sessionId;
+        std::string timelineId;
         std::uint64_t epoch = 0;
         bool waitsForFetch = false;  // to begin where that has ended
         bool failsToOpen = false;
@@ -109,8 +110,10 @@ private:
     void carry(std::uint64_t number, const ChangePointer& change);
     void arriveEvent(std::uint64_t number);
     void breakRoute(std::uint64_t number, const std::exception_ptr& error);
-    void deliver(CloudSubscription& subscription, std::uint64_t number, const std::string& sessionId,
+    using Listening = std::pair<std::string, std::string>;  // session, timeline
+    void deliver(CloudSubscription& subscription, std::uint64_t number, const Listening& listening,
                  const ChangePointer& change);
+    [[nodiscard]] std::uint64_t lastKnown(const Listening& listening) const;  // with the lock held
 
     CloudService& service_;
     Base::ExecutionProtocol& execution_;
@@ -138,6 +141,7 @@ private:
     std::uint64_t lastCall_ = 0;
     std::map<std::uint64_t, std::shared_ptr<PendingCall>> calls_;  // under way
     std::map<std::string, std::uint64_t> lastFetches_;             // by session
+    std::map<Listening, std::uint64_t> lastDeliveries_;
     std::uint64_t lastRoute_ = 0;
     std::map<std::uint64_t, Route> routes_;  // until cancelled
 };

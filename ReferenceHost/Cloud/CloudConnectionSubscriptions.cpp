@@ -55,6 +55,7 @@ CloudConnection::subscribe(const std::string& sessionId, const std::string& time
         Route& route = routes_[number];
         route.subscription = subscription;
         route.sessionId = sessionId;
+        route.timelineId = timelineId;
         route.epoch = epoch_;
         if (fault.kind != Fault::Kind::neverAnswer) {
             route.failsToOpen = !isLinkUp_ || fault.kind == Fault::Kind::failBeforeEffect ||
@@ -105,8 +106,7 @@ void CloudConnection::open(std::uint64_t number) {
         sessionId = route.sessionId;
         fails = route.failsToOpen;
         if (startsAtLastFetch) {
-            const auto fetched = lastFetches_.find(sessionId);
-            after = fetched != lastFetches_.end() ? fetched->second : 0;
+            after = lastKnown({sessionId, route.timelineId});
         }
         return !route.waitsForFetch;
     });
@@ -140,6 +140,13 @@ void CloudConnection::open(std::uint64_t number) {
     if (!isStillWanted) {
         service_.unsubscribe(sessionId, opened.value());
     }
+}
+
+std::uint64_t CloudConnection::lastKnown(const Listening& listening) const {
+    const auto fetched = lastFetches_.find(listening.first);
+    const auto delivered = lastDeliveries_.find(listening);
+    return std::max(fetched != lastFetches_.end() ? fetched->second : 0,
+                    delivered != lastDeliveries_.end() ? delivered->second : 0);
 }
 
 void CloudConnection::carry(std::uint64_t number, const ChangePointer& change) {
@@ -198,7 +205,7 @@ void CloudConnection::arriveEvent(std::uint64_t number) {
     }
     const bool inOrder = rules().deliveredInOrder;
     std::shared_ptr<CloudSubscription> subscription;
-    std::string sessionId;
+    Listening listening;
     ChangePointer change;
     Base::synchronized(lock_, [&] {
         const auto found = routes_.find(number);
@@ -208,23 +215,27 @@ void CloudConnection::arriveEvent(std::uint64_t number) {
         }
         Route& route = found->second;
         subscription = route.subscription;
-        sessionId = route.sessionId;
+        listening = {route.sessionId, route.timelineId};
         // The events arrive one for each such job, in the order in which they left, whatever the clock's rounding.
         change = inOrder ? route.onTheWay.front() : route.onTheWay.back();
         inOrder ? route.onTheWay.pop_front() : route.onTheWay.pop_back();
     });
     if (change) {
-        postToMain([self = shared_from_this(), subscription, number, sessionId, change] {
-            self->deliver(*subscription, number, sessionId, change);
+        postToMain([self = shared_from_this(), subscription, number, listening, change] {
+            self->deliver(*subscription, number, listening, change);
         });
     }
 }
 
 void CloudConnection::deliver(CloudSubscription& subscription, std::uint64_t number,
-                              const std::string& sessionId, const ChangePointer& change) {
+                              const Listening& listening, const ChangePointer& change) {
     if (!subscription.isListening()) {
         return;
     }
+    Base::synchronized(lock_, [&] {
+        std::uint64_t& last = lastDeliveries_[listening];
+        last = std::max(last, change->sequence);
+    });
     const CloudRules rules = this->rules();
     RemoteCoding::ChangedTaggingSession changed;
     std::vector<std::string> ids;
@@ -240,7 +251,7 @@ void CloudConnection::deliver(CloudSubscription& subscription, std::uint64_t num
     if (trace_.isRecording()) {
         trace_.record(host_, "delivery",
                       {{"subscription", std::to_string(number)},
-                       {"taggingSessionId", sessionId},
+                       {"taggingSessionId", listening.first},
                        {"sequence", std::to_string(change->sequence)},
                        {"type", nameOf(change->type)},
                        {"client", std::to_string(change->client)},

@@ -10,8 +10,8 @@ struct CloudRules {
     /// Each subscription delivers in the order in which the service accepted the changes. Broken: of the events that have
     /// arrived together, the newest comes first.
     bool deliveredInOrder = true;
-    /// A subscription begins with what has happened since its client's last fetch, or with the first change when there was none.
-    /// Broken: with the next change.
+    /// A subscription begins with what has happened since its client's last fetch, or with the first change when there was none, but not
+    /// with what its timeline has been told already. Broken: with the next change.
     bool subscriptionStartsAtLastFetch = true;
     /// A second creation for one (timeline id, instance id) updates the living moment. Broken: it makes another moment.
     bool createIsIdempotent = true;

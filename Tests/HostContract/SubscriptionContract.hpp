@@ -134,6 +134,10 @@ TEST_P(SubscriptionContract, BeginsWithWhatHappenedSinceTheLastFetch) {
     EXPECT_EQ(listener->events, expected);
     expected.insert(expected.begin(), {Type::momentsAdded, first});
     EXPECT_EQ(late->events, expected) << "It never fetched.";
+    late->handle->cancel();
+    const auto resumed = subscribe(cleo, session);
+    host().settle();
+    EXPECT_EQ(resumed->events, Events()) << "What the timeline was told is not told again.";
     const auto again = follow(ben, session);
     host().settle();
     EXPECT_EQ(again->events, Events()) << "What was fetched is not told again.";
