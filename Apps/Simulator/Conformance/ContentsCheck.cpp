@@ -38,7 +38,7 @@ void ContentsCheck::see(const Entry& entry) {
         called(entry, state);
         break;
     case Kind::answer:
-        if (entry.call != nullptr && !entry.call->isAnswered && entry.field("error").empty()) {
+        if (grantsCall(entry)) {
             answered(entry, state);
         }
         break;

@@ -43,7 +43,7 @@ void LogCheck::see(const Entry& entry) {
         readEnd(entry);
         break;
     case Kind::answer:
-        if (entry.call != nullptr && !entry.call->isAnswered) {
+        if (answersCall(entry)) {
             readAnswer(entry);
         }
         break;

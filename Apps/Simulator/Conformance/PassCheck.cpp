@@ -35,7 +35,7 @@ void PassCheck::see(const Entry& entry) {
         }
         break;
     case Kind::answer:
-        if (entry.call != nullptr && !entry.call->isAnswered) {
+        if (answersCall(entry)) {
             answered(entry);
         }
         break;

@@ -33,7 +33,7 @@ void Reader::didSee(const Entry& entry) {
         }
         break;
     case Kind::answer:
-        if (entry.call != nullptr && !entry.call->isAnswered) {
+        if (answersCall(entry)) {
             entry.call->isAnswered = true;
             if (synchroniser != nullptr) {
                 --synchroniser->callsUnderWay;

@@ -44,6 +44,16 @@ struct Call {
     bool isAnswered = false;
 };
 
+/// Whether the entry is the answer that a call was waiting for.
+[[nodiscard]] inline bool answersCall(const Entry& entry) {
+    return entry.kind == Kind::answer && entry.call != nullptr && !entry.call->isAnswered;
+}
+
+/// As above, and it tells of no error.
+[[nodiscard]] inline bool grantsCall(const Entry& entry) {
+    return answersCall(entry) && entry.field("error").empty();
+}
+
 struct Subscription {
     enum class State : std::uint8_t { opening, open, failed, cancelled };
 

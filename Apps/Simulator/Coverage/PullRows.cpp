@@ -59,7 +59,7 @@ void PullRows::see(const Entry& entry) {
         }
         break;
     case Kind::answer:
-        if (entry.call != nullptr && entry.call->operation == Operation::fetch && !entry.call->isAnswered) {
+        if (Conformance::answersCall(entry) && entry.call->operation == Operation::fetch) {
             fetched(entry);
         }
         break;

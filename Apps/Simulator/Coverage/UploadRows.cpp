@@ -50,7 +50,7 @@ void UploadRows::see(const Entry& entry) {
         }
         break;
     case Kind::answer:
-        if (entry.call != nullptr && !entry.call->isAnswered && entry.field("error").empty()) {
+        if (Conformance::grantsCall(entry)) {
             answered(entry, state);
         }
         break;
