@@ -43,6 +43,9 @@ Base::Result<void> CaptureComponent::captureToTevuLibraryWithPublishSession(
     if (publication_) {
         tell(*publication_, StreamingStatus::stopped);  // nothing comes into its video any more
     }
+    if (willPublish) {
+        willPublish();
+    }
     publication_ = Publication{std::move(publishSession), teamId, std::move(device), std::nullopt};
     ++publicationNumber_;
     postLater(Base::Seconds(0), StreamingStatus::starting);

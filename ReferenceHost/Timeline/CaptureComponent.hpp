@@ -75,6 +75,9 @@ public:
     /// Ends the publication too, if there is one.
     void stopCapturing();
 
+    /// Called inside the call that publishes, when nothing refuses it.
+    std::function<void()> willPublish;
+
     /// The feeds that are there, all of them chosen; the user may untick some in the window "Capture".
     void setDevices(const std::vector<std::shared_ptr<CaptureDevice>>& devices) {
         window_->setDevices({devices.begin(), devices.end()});

@@ -159,6 +159,9 @@ public:
     void leaveSession();
     void enterSession();
 
+    /// Takes the `externalId` of each clip away, deleted ones included: those of an earlier session's moments mean nothing in another.
+    void forgetMoments();
+
     /// Takes away a clip that the sync library puts elsewhere.
     void removeRemoteInstance(const std::string& instanceId);
 

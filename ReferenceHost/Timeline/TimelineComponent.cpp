@@ -200,6 +200,12 @@ void TimelineComponent::completeLiveShare(const std::string& timelineId) {
         Notification(TimelineNotifications::liveShareDidComplete, nullptr, {{"timelineId", timelineId}}));
 }
 
+void TimelineComponent::beginPublishing() {
+    if (const auto timeline = capturingTimelineId_ ? findTimeline(*capturingTimelineId_) : nullptr) {
+        timeline->forgetMoments();
+    }
+}
+
 const TimelineComponent::Open* TimelineComponent::find(const std::string& timelineId) const {
     const auto found = std::ranges::find_if(
         open_, [&](const Open& open) { return open.timeline->uniqueId() == timelineId; });

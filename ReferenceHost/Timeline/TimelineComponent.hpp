@@ -87,6 +87,9 @@ public:
     /// Whose capture runs; absent when nothing is captured. Closing the timeline forgets it.
     void setCapturingTimeline(std::optional<std::string> timelineId);
 
+    /// The capturing timeline is published as a new session.
+    void beginPublishing();
+
     /// One object for all timelines of this host, those opened before included.
     [[nodiscard]] TimelineRules& rules() { return *rules_; }
 

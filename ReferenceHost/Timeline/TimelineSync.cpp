@@ -145,6 +145,12 @@ void Timeline::enterSession() {
     });
 }
 
+void Timeline::forgetMoments() {
+    instanceLog_.forEachSince(
+        0, [](const InstanceEntry& entry) { entry.object->writeExternalId(std::nullopt); });
+    byExternalId_.clear();
+}
+
 std::shared_ptr<TimelineInstance> Timeline::findDeletedInstance(const std::string& instanceId) const {
     const auto* entry = instanceLog_.find(instanceId);
     return entry != nullptr && entry->removed && deletedByUser_.contains(instanceId) ? entry->object

@@ -30,6 +30,8 @@ const std::vector<LossClassText>& lossClassTexts() {
          "Two analysts deleted the same clip, and both took it back: it is there twice."},
         {LossClass::neverFetched, "never fetched",
          "The first fetch of the session failed; it is fetched when the connection breaks next."},
+        {LossClass::ofAnotherSession, "from another session",
+         "A clip that came with another session stays on the timeline; it is not in this one."},
         {LossClass::noCodingTarget, "the timeline could not be edited",
          "The change came in while the timeline could not be edited."},
         {LossClass::wrongRow, "left on its row",

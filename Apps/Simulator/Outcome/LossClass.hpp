@@ -24,6 +24,7 @@ enum class LossClass : std::uint8_t {
 
     // It did not reach a timeline.
     neverFetched,
+    ofAnotherSession,
     noCodingTarget,
     wrongRow,
     renamedMeanwhile,

@@ -26,11 +26,21 @@ bool wentElsewhere(const History& history, const UserEdit& edit) {
     });
 }
 
+/// The clip stands for a moment of another session in which its timeline was.
+bool isOfAnotherSession(const History& history, const StayHistory& stay, std::string_view moment) {
+    const MomentHistory* found = history.moment(moment);
+    return found != nullptr && found->session != stay.session;
+}
+
 }  // namespace
 
 Reason whyBetweenSessions(const History& history, const Loss& loss) {
     if (loss.edit != nullptr) {
         return wentElsewhere(history, *loss.edit) ? Reason(LossClass::sentElsewhere) : std::nullopt;
+    }
+    if (loss.kind == LossKind::clipExtra &&
+        isOfAnotherSession(history, history.stays[loss.stay], loss.moment)) {
+        return LossClass::ofAnotherSession;
     }
     return wasNeverFetched(history.stays[loss.stay]) ? Reason(LossClass::neverFetched) : std::nullopt;
 }
