@@ -127,12 +127,12 @@ void CloudTaggingSessionService::savePresentationView(const std::string& teamId,
     }
     std::optional<RowEdits> edits;
     if (timeline && connection_->rules().listsAreMerged) {
-        edits = timeline->unsavedRowEdits();
+        edits = timeline->rowEdits().unsaved(taggingSessionId);
         completion = [completion = std::move(completion), timeline = std::weak_ptr(timeline),
-                      edits = *edits](Base::Result<std::string> saved) {
+                      taggingSessionId, edits = *edits](Base::Result<std::string> saved) {
             const auto current = saved.succeeded() ? timeline.lock() : nullptr;
             if (current) {
-                current->rowEditsAreSaved(edits);
+                current->rowEdits().areSaved(taggingSessionId, edits);
             }
             completion(std::move(saved));
         };

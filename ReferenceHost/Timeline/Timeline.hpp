@@ -5,6 +5,7 @@
 #include "Components/RemoteCoding/HostInterfaces/TimelineProtocol.hpp"
 #include "ReferenceHost/Timeline/CallRecorder.hpp"
 #include "ReferenceHost/Timeline/ChangeLog.hpp"
+#include "ReferenceHost/Timeline/RowEditAccount.hpp"
 #include "ReferenceHost/Timeline/SnapshotList.hpp"
 #include "ReferenceHost/Timeline/TimelineInstance.hpp"
 #include "ReferenceHost/Timeline/TimelineRow.hpp"
@@ -149,18 +150,13 @@ public:
     /// Counts the deletion of the clip once more, in a main-thread job of its own, if it is not undone by then.
     void deleteAgainLater(const std::string& instanceId);
 
-    /// The user's edits of the list of rows that can be saved and are not, in order. A row's new name, and what was done to the row
-    /// afterwards, can be saved when the moments of the row's clips have been written with it: whoever gets the list before them takes
-    /// the row for a new one. Any thread.
-    [[nodiscard]] RowEdits unsavedRowEdits() const;
-    void rowEditsAreSaved(const RowEdits& edits);  ///< any thread
+    /// What the user has done to the list of rows.
+    [[nodiscard]] RowEditAccount& rowEdits() { return rowEdits_; }
 
-    /// What the user does to the list of rows between two sessions is not saved in the second: its list comes first.
+    // The timeline leaves a session, joins one, is published as a new one.
     void leaveSession();
-    void enterSession();
-
-    /// Takes the `externalId` of each clip away, deleted ones included: those of an earlier session's moments mean nothing in another.
-    void forgetMoments();
+    void enterSession() { rowEdits_.enterSession(); }
+    void beginPublishing();
 
     /// Takes away a clip that the sync library puts elsewhere.
     void removeRemoteInstance(const std::string& instanceId);
@@ -195,6 +191,9 @@ private:
     void didRestore(InstanceEntry& entry, std::int64_t count);
     bool setValues(InstanceEntry& entry, ClipValues values, std::uint64_t EditNumbers::* part);
 
+    /// Takes the `externalId` of each clip away, deleted ones included: those of an earlier session's moments mean nothing in another.
+    void forgetMoments();
+
     /// Of the user's edit under way; 0 when it is not the user's.
     [[nodiscard]] std::uint64_t nextEditNumber();
     [[nodiscard]] bool isNameRefused(const std::string& name) const;
@@ -213,7 +212,7 @@ private:
     bool componentEdits_ = false;  // while an edit of the component or the sync library runs
     std::int64_t lastOrder_ = 0;
     std::uint64_t lastEditNumber_ = 0;
-    std::uint64_t lastEditInSession_ = 0;
+    RowEditAccount rowEdits_;
     /// Of a row whose name the user has set since what the sync library brought last: it does not follow that. Else empty.
     std::string keepsItsName_;
 
@@ -225,12 +224,6 @@ private:
 
     Base::ObjectLock rowsLock_;                             // guards the rest
     SnapshotList<RemoteCoding::TimelineRowProtocol> rows_;  // only the main thread writes it
-    struct UnsavedRowEdit {
-        RowEdit edit;
-        std::shared_ptr<const TimelineRow> row;
-        std::shared_ptr<const TimelineRow> above;  // null: it is the first
-    };
-    std::vector<UnsavedRowEdit> unsavedRowEdits_;
 };
 
 }  // namespace ReferenceHost

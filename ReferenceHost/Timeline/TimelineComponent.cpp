@@ -202,7 +202,7 @@ void TimelineComponent::completeLiveShare(const std::string& timelineId) {
 
 void TimelineComponent::beginPublishing() {
     if (const auto timeline = capturingTimelineId_ ? findTimeline(*capturingTimelineId_) : nullptr) {
-        timeline->forgetMoments();
+        timeline->beginPublishing();
     }
 }
 

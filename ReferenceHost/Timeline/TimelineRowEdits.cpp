@@ -28,8 +28,7 @@ void Timeline::rememberEdit(RowEdit::Kind kind, const TimelineRow& row, const st
     if (above) {
         edit.above = above->name();
     }
-    synchronized(rowsLock_,
-                 [&] { unsavedRowEdits_.push_back({std::move(edit), row.shared_from_this(), above}); });
+    rowEdits_.add(std::move(edit), row.shared_from_this(), above);
 }
 
 std::shared_ptr<TimelineRow> Timeline::addRow(const std::string& name, Base::Color color,

@@ -5,8 +5,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <map>
-#include <set>
 #include <utility>
 
 namespace ReferenceHost {
@@ -94,55 +92,11 @@ void Timeline::forgetEdits(const std::string& instanceId, const EditNumbers& tak
     }
 }
 
-RowEdits Timeline::unsavedRowEdits() const {
-    const auto unsaved = synchronized(rowsLock_, [this] { return unsavedRowEdits_; });
-    std::set<const TimelineRow*> removed;
-    for (const auto& [edit, row, above] : unsaved) {
-        if (edit.kind == RowEdit::Kind::remove) {
-            removed.insert(row.get());
-        } else {
-            removed.erase(row.get());
-        }
-    }
-    std::map<const TimelineRow*, std::string> waiting;  // with the names that they have in the list
-    RowEdits edits;
-    for (const auto& [edit, row, above] : unsaved) {
-        const auto clips = row->allInstances();
-        const bool mustWait = edit.kind == RowEdit::Kind::rename && !removed.contains(row.get()) &&
-                              std::ranges::any_of(*clips, [&](const auto& clip) {
-                                  const auto& ours = static_cast<const TimelineInstance&>(*clip);
-                                  return clip->externalId() && ours.written().code < edit.number &&
-                                         edit.number <= ours.editNumbers().code;
-                              });
-        if (mustWait) {
-            waiting.try_emplace(row.get(), edit.oldName);
-        }
-        if (waiting.contains(row.get())) {
-            continue;
-        }
-        edits.push_back(edit);
-        if (const auto found = waiting.find(above.get()); found != waiting.end()) {
-            edits.back().above = found->second;
-        }
-    }
-    return edits;
-}
+void Timeline::leaveSession() { rowEdits_.leaveSession(lastEditNumber_); }
 
-void Timeline::rowEditsAreSaved(const RowEdits& edits) {
-    synchronized(rowsLock_, [&] {
-        std::erase_if(unsavedRowEdits_, [&](const auto& unsaved) {
-            return std::ranges::find(edits, unsaved.edit.number, &RowEdit::number) != edits.end();
-        });
-    });
-}
-
-void Timeline::leaveSession() { lastEditInSession_ = lastEditNumber_; }
-
-void Timeline::enterSession() {
-    synchronized(rowsLock_, [&] {
-        std::erase_if(unsavedRowEdits_,
-                      [&](const auto& unsaved) { return unsaved.edit.number > lastEditInSession_; });
-    });
+void Timeline::beginPublishing() {
+    forgetMoments();
+    rowEdits_.publish(lastEditNumber_);
 }
 
 void Timeline::forgetMoments() {

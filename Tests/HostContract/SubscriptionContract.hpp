@@ -179,12 +179,13 @@ TEST_P(SubscriptionContract, FailsOnceWithTheLinkAndMissesNothingWhenOpenedAnew)
     runUntil([&] { return listener->errors + offline->errors + nowhere->errors == 3; });
     host().setLinkUp(ben, true);
     const auto renewed = subscribe(ben, session);
-    runUntil([&] { return renewed->events.size() == 2; });
+    runUntil([&] { return !renewed->events.empty(); });
     host().settle();
 
-    EXPECT_EQ(listener->events.size(), 1U) << "After its error a subscription tells nothing.";
-    EXPECT_EQ(renewed->events, (Events{{Type::momentsAdded, first}, {Type::momentsAdded, missed}}))
-        << "All since the last fetch, also what an earlier subscription has told.";
+    EXPECT_EQ(listener->events, (Events{{Type::momentsAdded, first}}))
+        << "After its error a subscription tells nothing.";
+    EXPECT_EQ(renewed->events, (Events{{Type::momentsAdded, missed}}))
+        << "All since the last fetch, but for what an earlier subscription of the timeline has told.";
     EXPECT_EQ((std::vector{listener->errors, offline->errors, nowhere->errors, renewed->errors}),
               (std::vector{1, 1, 1, 0}));
 }

@@ -1,0 +1,94 @@
+#include "ReferenceHost/Timeline/RowEditAccount.hpp"
+
+#include "ReferenceHost/Timeline/TimelineInstance.hpp"
+#include "ReferenceHost/Timeline/TimelineRow.hpp"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+namespace ReferenceHost {
+
+using Base::synchronized;
+
+namespace {
+
+constexpr std::size_t mostSaved =
+    1'000;  // of saved ones that are kept, for an earlier session that is still saving
+
+}  // namespace
+
+void RowEditAccount::add(RowEdit edit, std::shared_ptr<const TimelineRow> row,
+                         std::shared_ptr<const TimelineRow> above) {
+    synchronized(lock_, [&] {
+        entries_.push_back({std::move(edit), std::move(row), std::move(above), {}});
+        while (entries_.size() > mostSaved && !entries_.front().savedIn.empty()) {
+            entries_.pop_front();
+        }
+    });
+}
+
+bool RowEditAccount::mustWait(const Entry& entry) {
+    const auto clips = entry.row->allInstances();
+    return entry.edit.kind == RowEdit::Kind::rename && std::ranges::any_of(*clips, [&](const auto& clip) {
+               const auto& ours = static_cast<const TimelineInstance&>(*clip);
+               return clip->externalId() && ours.written().code < entry.edit.number &&
+                      entry.edit.number <= ours.editNumbers().code;
+           });
+}
+
+RowEdits RowEditAccount::unsaved(const std::string& sessionId) {
+    const auto entries = synchronized(lock_, [&] {
+        const auto beginning = beginnings_.try_emplace(sessionId, lastBeforePublishing_).first->second;
+        std::vector<Entry> unsaved;
+        std::ranges::copy_if(entries_, std::back_inserter(unsaved), [&](const Entry& entry) {
+            return entry.edit.number > beginning && !entry.savedIn.contains(sessionId);
+        });
+        return unsaved;
+    });
+    std::set<const TimelineRow*> removed;
+    for (const Entry& entry : entries) {
+        if (entry.edit.kind == RowEdit::Kind::remove) {
+            removed.insert(entry.row.get());
+        } else {
+            removed.erase(entry.row.get());
+        }
+    }
+    std::map<const TimelineRow*, std::string> waiting;  // with the names that they have in the list
+    RowEdits edits;
+    for (const Entry& entry : entries) {
+        if (!removed.contains(entry.row.get()) && mustWait(entry)) {
+            waiting.try_emplace(entry.row.get(), entry.edit.oldName);
+        }
+        if (waiting.contains(entry.row.get())) {
+            continue;
+        }
+        edits.push_back(entry.edit);
+        if (const auto found = waiting.find(entry.above.get()); found != waiting.end()) {
+            edits.back().above = found->second;
+        }
+    }
+    return edits;
+}
+
+void RowEditAccount::areSaved(const std::string& sessionId, const RowEdits& edits) {
+    synchronized(lock_, [&] {
+        for (Entry& entry : entries_) {
+            if (std::ranges::find(edits, entry.edit.number, &RowEdit::number) != edits.end()) {
+                entry.savedIn.insert(sessionId);
+            }
+        }
+    });
+}
+
+void RowEditAccount::enterSession() {
+    synchronized(lock_, [&] {
+        std::erase_if(entries_, [&](const Entry& entry) { return entry.edit.number > lastInSession_; });
+    });
+}
+
+void RowEditAccount::publish(std::uint64_t lastEdit) {
+    synchronized(lock_, [&] { lastBeforePublishing_ = lastEdit; });
+}
+
+}  // namespace ReferenceHost

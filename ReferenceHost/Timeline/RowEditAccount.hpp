@@ -1,0 +1,54 @@
+#pragma once
+
+#include "Base/Synchronized.hpp"
+#include "ReferenceHost/Timeline/UserEdits.hpp"
+
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+
+namespace ReferenceHost {
+
+class TimelineRow;
+
+/// What the user of one timeline has done to its list of rows, and which sessions it was saved in. An earlier session may still be
+/// saving its last list while the next one begins. Any thread.
+class RowEditAccount {
+public:
+    /// `above`: the row above it afterwards; null: it is the first.
+    void add(RowEdit edit, std::shared_ptr<const TimelineRow> row, std::shared_ptr<const TimelineRow> above);
+
+    /// Those that can be saved in this session and are not, in order. A row's new name, and what was done to the row afterwards, can
+    /// be saved when the moments of the row's clips have been written with it: whoever gets the list before them takes the row for a
+    /// new one.
+    [[nodiscard]] RowEdits unsaved(const std::string& sessionId);
+    void areSaved(const std::string& sessionId, const RowEdits& edits);
+
+    /// What is done between two sessions, after the edit of this number, is not saved in the second: its list comes first.
+    void leaveSession(std::uint64_t lastEdit) { lastInSession_ = lastEdit; }
+    void enterSession();
+
+    /// A new session begins with the list as it is after the edit of this number.
+    void publish(std::uint64_t lastEdit);
+
+private:
+    struct Entry {
+        RowEdit edit;
+        std::shared_ptr<const TimelineRow> row;
+        std::shared_ptr<const TimelineRow> above;
+        std::set<std::string> savedIn;
+    };
+    [[nodiscard]] static bool mustWait(const Entry& entry);
+
+    std::uint64_t lastInSession_ = 0;  // main thread
+
+    Base::ObjectLock lock_;  // of the rest
+    std::deque<Entry> entries_;
+    std::map<std::string, std::uint64_t> beginnings_;  // by session: its list began after this edit
+    std::uint64_t lastBeforePublishing_ = 0;
+};
+
+}  // namespace ReferenceHost
