@@ -34,6 +34,11 @@ const std::vector<LossClassText>& lossClassTexts() {
          "A clip that came with another session stays on the timeline; it is not in this one."},
         {LossClass::noCodingTarget, "the timeline could not be edited",
          "The change came in while the timeline could not be edited."},
+        {LossClass::noRow, "no row for the clip",
+         "A clip came in whose row was missing and could not be made; it is there after the next fetch."},
+        {LossClass::unreadable, "unreadable for a while",
+         "A clip could not be read when it was fetched, and is taken for deleted; it is back after the next "
+         "fetch."},
         {LossClass::wrongRow, "left on its row",
          "A clip was given the name of another row, which is there too, and stays on the row that it is on, "
          "with whatever name that "

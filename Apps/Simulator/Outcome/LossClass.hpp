@@ -26,6 +26,8 @@ enum class LossClass : std::uint8_t {
     neverFetched,
     ofAnotherSession,
     noCodingTarget,
+    noRow,
+    unreadable,
     wrongRow,
     renamedMeanwhile,
     sentWithoutRow,

@@ -3,6 +3,7 @@
 #include "Apps/Simulator/Texts.hpp"
 
 #include <algorithm>
+#include <iterator>
 
 namespace Simulator {
 
@@ -27,12 +28,17 @@ bool setsNotes(const UserEdit& edit) { return edit.kind == EditKind::note || isB
 class ClipJudge {
 public:
     ClipJudge(const History& history, const SharedClip& clip, Losses& found)
-        : history_(history), clip_(clip), found_(found) {}
+        : history_(history), clip_(clip), found_(found) {
+        // A timeline that is published again brings its clips into one session after the other.
+        const SessionHistory* session = history.stays[clip.edits.front()->stay].session;
+        std::ranges::copy_if(clip.livingMoments, std::back_inserter(living_),
+                             [&](std::string_view id) { return history.moment(id)->session == session; });
+    }
 
     void judge() {
         judgeExistence();
-        if (clip_.livingMoments.size() == 1) {
-            moment_ = history_.moment(clip_.livingMoments.front())->last;
+        if (living_.size() == 1) {
+            moment_ = history_.moment(living_.front())->last;
             judgeValues(LossKind::retimeLost, setsTimes, [this](const UserEdit& edit) {
                 return edit.start == moment_->start && edit.end == moment_->end;
             });
@@ -60,14 +66,14 @@ private:
 
     void judgeExistence() {
         const Edits last = lastWords([](const UserEdit& edit) { return isBirth(edit) || isDeath(edit); });
-        if (clip_.livingMoments.size() > 1) {
+        if (living_.size() > 1) {
             report(LossKind::clipDoubled, clip_.edits.empty() ? nullptr : clip_.edits.back(),
                    "is there more than once");
         }
         if (last.empty()) {
             return;
         }
-        const bool lives = !clip_.livingMoments.empty();
+        const bool lives = !living_.empty();
         const bool shouldLive =
             std::ranges::all_of(last, [](const UserEdit* edit) { return isBirth(*edit); });
         const bool shouldBeGone =
@@ -96,9 +102,9 @@ private:
     }
 
     void report(LossKind kind, const UserEdit* edit, const std::string& what) {
-        const std::string_view moment = !clip_.livingMoments.empty() ? clip_.livingMoments.back()
-                                        : !clip_.moments.empty()     ? clip_.moments.back()
-                                                                     : std::string_view();
+        const std::string_view moment = !living_.empty()         ? living_.back()
+                                        : !clip_.moments.empty() ? clip_.moments.back()
+                                                                 : std::string_view();
         Loss loss{kind, never, moment, {}, {}, edit, {}};
         if (edit != nullptr) {
             loss.stay = edit->stay;
@@ -112,6 +118,7 @@ private:
 
     const History& history_;
     const SharedClip& clip_;
+    std::vector<std::string_view> living_;
     Losses& found_;
     const ReferenceHost::MomentRecord* moment_ = nullptr;
 };

@@ -39,6 +39,9 @@ Reason whyClipDiffers(const History& history, const Loss& loss) {
     if (moment == nullptr || moment->changes.empty()) {
         return std::nullopt;
     }
+    if (loss.kind == LossKind::clipMissing) {
+        return whyNotArrived(history, loss);
+    }
     const Arrival* arrival = arrivalOf(stay, moment->changes.back()->sequence);
     if (loss.kind == LossKind::clipExtra && arrival != nullptr) {
         if (hadNoTarget(history, stay, arrival->at)) {

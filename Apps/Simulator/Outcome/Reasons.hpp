@@ -33,6 +33,9 @@ using Reason = std::optional<LossClass>;
 /// What lies between two sessions of a timeline, or before its first.
 [[nodiscard]] Reason whyBetweenSessions(const History& history, const Loss& loss);
 
+/// The cloud has a clip that is not on the timeline.
+[[nodiscard]] Reason whyNotArrived(const History& history, const Loss& loss);
+
 /// The cloud's clip is not as users wanted it, though this edit was sent; or it is there more than once.
 [[nodiscard]] Reason whyClipEditIsLost(const History& history, const Loss& loss);
 
