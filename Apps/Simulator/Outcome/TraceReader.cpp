@@ -109,12 +109,14 @@ void TraceReader::readEntry(std::size_t at, const Entry& entry) {
     }
 }
 
-std::size_t TraceReader::stayOf(std::size_t at, std::string_view timelineId) const {
+std::size_t TraceReader::stayOf(std::size_t at, std::string_view timelineId,
+                                std::string_view sessionId) const {
     const auto found = staysOf_.find(timelineId);
     std::size_t stay = never;
     if (found != staysOf_.end()) {
         for (const std::size_t index : found->second) {
-            if (history_.stays[index].stay->from <= at) {
+            const Stay& candidate = *history_.stays[index].stay;
+            if (candidate.from <= at && (sessionId.empty() || candidate.sessionId == sessionId)) {
                 stay = index;
             }
         }
@@ -148,7 +150,7 @@ void TraceReader::readCall(std::size_t at, const Entry& entry) {
         subscriptions_[{entry.host, entry.field("subscription")}] = stayOf(at, timelineId);
         return;
     }
-    const std::size_t stay = stayOf(at, timelineId);
+    const std::size_t stay = stayOf(at, timelineId, entry.field("taggingSessionId"));
     if (isOfTarget(name)) {
         if (stay != never) {
             history_.stays[stay].target.push_back(at);
@@ -281,10 +283,29 @@ void TraceReader::readCount(std::size_t at, const Entry& entry) {
     }
 }
 
+/// The synchroniser of an earlier session of the timeline may still be at work: the upload's first call tells whose it is.
+std::size_t TraceReader::stayOfUpload(std::size_t at, const Entry& start) const {
+    const std::string_view timelineId = start.field("timelineId");
+    const auto& trace = history_.record.trace;
+    for (std::size_t index = at + 1; index < trace.size(); ++index) {
+        const Entry& entry = trace[index];
+        if (entry.field("timelineId") != timelineId) {
+            continue;
+        }
+        if (entry.kind == TraceKind::call && isWriteOfClipsOrRows(entry.field("name"))) {
+            return stayOf(at, timelineId, entry.field("taggingSessionId"));
+        }
+        if (entry.kind == TraceKind::uploadStart || entry.kind == TraceKind::uploadEnd) {
+            break;
+        }
+    }
+    return stayOf(at, timelineId);
+}
+
 void TraceReader::readUpload(std::size_t at, const Entry& entry) {
     const std::string_view upload = entry.field("number");
     if (entry.kind == TraceKind::uploadStart) {
-        const std::size_t stay = stayOf(at, entry.field("timelineId"));
+        const std::size_t stay = stayOfUpload(at, entry);
         if (stay != never) {
             history_.stays[stay].uploads.push_back({at, never, upload,
                                                     number<std::int64_t>(entry.field("first")),

@@ -38,7 +38,9 @@ private:
     void readFault(std::size_t at, const Entry& entry);
 
     /// The stay of that timeline that has begun last; never when there is none.
-    [[nodiscard]] std::size_t stayOf(std::size_t at, std::string_view timelineId) const;
+    [[nodiscard]] std::size_t stayOf(std::size_t at, std::string_view timelineId,
+                                     std::string_view sessionId = {}) const;
+    [[nodiscard]] std::size_t stayOfUpload(std::size_t at, const Entry& start) const;
     [[nodiscard]] const ReferenceHost::AcceptedCall* acceptedCall(const Call& call, const Entry& effect);
 
     using CallKey = std::pair<std::string_view, std::string_view>;  // host, number
