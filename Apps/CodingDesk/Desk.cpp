@@ -15,7 +15,7 @@ namespace CodingDesk {
 
 namespace {
 
-constexpr double lookInterval = 0.1;  // seconds
+constexpr double secondsBetweenLooks = 0.1;
 
 void rest(double seconds) { std::this_thread::sleep_for(std::chrono::duration<double>(seconds)); }
 
@@ -87,7 +87,7 @@ void Desk::joinSession() {
             throw std::runtime_error("not everybody could join the session");
         }
         lookout_.showProgress("Joining the session");
-        rest(lookInterval);
+        rest(secondsBetweenLooks);
     }
     console_.note("Everybody is in; the match begins.");
 }
@@ -115,7 +115,7 @@ void Desk::waitForReplayTime(double time) {
             return;
         }
         if (replayTime_ >= nextLook) {
-            nextLook = replayTime_ + lookInterval;
+            nextLook = replayTime_ + secondsBetweenLooks;
             (void)lookout_.askEverybody();
             lookout_.showProgress(progress());
         } else {

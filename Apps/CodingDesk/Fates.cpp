@@ -29,7 +29,7 @@ std::vector<std::string> fates(const std::vector<Work>& all, const std::set<std:
             const bool isThere = momentOrigins.contains(clip.instanceId);
             if (clip.isDeleted == isThere) {
                 const std::string name = work.analyst + "'s " + matchTime(clip.start) + "–" +
-                                         matchTime(clip.end) + " on " + quoted(clip.row);
+                                         matchTime(clip.end) + " on " + CodingDesk::quoted(clip.row);
                 (isThere ? clipsBack : lost).push_back(name);
             } else if (isThere) {
                 ++kept;
@@ -37,7 +37,7 @@ std::vector<std::string> fates(const std::vector<Work>& all, const std::set<std:
         }
         for (const std::string& row : work.removedRows) {
             if (rows.contains(row)) {
-                rowsBack.push_back(quoted(row));
+                rowsBack.push_back(CodingDesk::quoted(row));
             }
         }
     }

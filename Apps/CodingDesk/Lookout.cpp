@@ -16,7 +16,7 @@ using Activity = RemoteCoding::SynchronisationStatus::Activity;
 // do not change by themselves any more.
 constexpr double settledFor = 0.8;
 constexpr double progressInterval = 0.2;
-constexpr std::chrono::milliseconds lookInterval{50};
+constexpr std::chrono::milliseconds lookoutInterval{50};
 
 }  // namespace
 
@@ -68,7 +68,7 @@ bool Lookout::waitUntilSettled() {
             return true;
         }
         showProgress(activity_);
-        std::this_thread::sleep_for(lookInterval);
+        std::this_thread::sleep_for(lookoutInterval);
     }
     return false;
 }

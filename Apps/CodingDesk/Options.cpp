@@ -12,14 +12,14 @@ namespace CodingDesk {
 
 namespace {
 
-std::string inQuotes(std::string_view text) { return '"' + printable(text) + '"'; }
+std::string asTyped(std::string_view text) { return '"' + printable(text) + '"'; }
 
 template <typename Number>
 Number numberFrom(std::string_view text, const std::string& option, const std::string& expected) {
     Number number{};
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     if (error != std::errc{} || end != text.data() + text.size()) {
-        throw UsageError(option + " expects " + expected + ", not " + inQuotes(text));
+        throw UsageError(option + " expects " + expected + ", not " + asTyped(text));
     }
     return number;
 }
@@ -29,7 +29,7 @@ std::size_t analystsFrom(std::string_view text) {
                                  std::to_string(Options::mostAnalysts);
     const auto number = numberFrom<std::size_t>(text, "--analysts", expected);
     if (number < Options::fewestAnalysts || number > Options::mostAnalysts) {
-        throw UsageError("--analysts expects " + expected + ", not " + inQuotes(text));
+        throw UsageError("--analysts expects " + expected + ", not " + asTyped(text));
     }
     return number;
 }
@@ -41,7 +41,7 @@ std::optional<double> speedFrom(std::string_view text) {
     const std::string expected = "\"auto\" or match seconds per second, above 0 and up to 100000";
     const auto number = numberFrom<double>(text, "--speed", expected);
     if (!std::isfinite(number) || number <= 0 || number > 100000) {
-        throw UsageError("--speed expects " + expected + ", not " + inQuotes(text));
+        throw UsageError("--speed expects " + expected + ", not " + asTyped(text));
     }
     return number;
 }
@@ -62,7 +62,7 @@ std::size_t analystNamed(std::string_view text, std::size_t analysts) {
         names += (i == 0 ? "" : i + 1 == analysts ? " or " : ", ") + std::string(castName(i));
     }
     throw UsageError("--drop-link expects " + names + " or a number from 1 to " + std::to_string(analysts) +
-                     ", not " + inQuotes(text));
+                     ", not " + asTyped(text));
 }
 
 std::string scenarioFrom(const std::string& text) {
@@ -73,8 +73,7 @@ std::string scenarioFrom(const std::string& text) {
     for (const Scenario& scenario : scenarios()) {
         names += ", " + std::string(scenario.name);
     }
-    throw UsageError("--scenario expects " + names + " or " + Options::everything + ", not " +
-                     inQuotes(text));
+    throw UsageError("--scenario expects " + names + " or " + Options::everything + ", not " + asTyped(text));
 }
 
 /// Splits "--name=value", and hands out the values of options that need one.
@@ -158,12 +157,12 @@ Options parseOptions(const std::vector<std::string>& list) {
             options.help = true;
         } else {
             throw UsageError((name.starts_with("-") ? "unknown option " : "unexpected argument ") +
-                             inQuotes(name));
+                             asTyped(name));
         }
     }
     if (matchOption && findScenario(options.scenario) != nullptr) {
         throw UsageError(*matchOption + " is an option of the match, not of the scenario " +
-                         inQuotes(options.scenario));
+                         asTyped(options.scenario));
     }
     if (dropLink) {
         options.dropLink = analystNamed(*dropLink, options.analysts);

@@ -13,9 +13,6 @@ namespace Simulator {
 
 namespace {
 
-constexpr std::size_t fewestAnalysts = 2;
-constexpr std::size_t mostAnalysts = 8;
-
 template <typename Number>
 Number numberFrom(const std::string& text, const std::string& option, const std::string& expected,
                   Number least, Number most = std::numeric_limits<Number>::max()) {

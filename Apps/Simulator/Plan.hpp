@@ -110,10 +110,13 @@ struct Step {
     friend bool operator==(const Step&, const Step&) = default;
 };
 
+inline constexpr std::size_t fewestAnalysts = 2;
+inline constexpr std::size_t mostAnalysts = 8;
+
 /// Everything that a run follows from.
 struct Plan {
     std::uint64_t seed = 1;                ///< of the order of jobs, of latencies and of identifiers
-    std::size_t analysts = 2;              ///< 2 to 8; the first one hosts
+    std::size_t analysts = 2;              ///< from the fewest to the most; the first one hosts
     std::vector<std::string> brokenRules;  ///< of the host contract, by name; none by default
     std::vector<Step> steps;
 

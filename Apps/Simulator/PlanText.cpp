@@ -18,9 +18,6 @@ namespace Simulator {
 
 namespace {
 
-constexpr std::size_t fewestAnalysts = 2;
-constexpr std::size_t mostAnalysts = 8;
-
 constexpr std::string_view objectKey = "object=";
 constexpr std::string_view otherKey = "other=";
 constexpr std::string_view amountKey = "amount=";

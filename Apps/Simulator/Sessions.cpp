@@ -9,7 +9,7 @@ namespace Simulator {
 
 namespace {
 
-constexpr std::chrono::seconds readingTime{2};  // of a question
+constexpr std::chrono::seconds answeringTime{2};  // of a question
 
 void addRows(ReferenceHost::Timeline& timeline, std::uint32_t choice) {
     static constexpr std::array<std::pair<const char*, Base::Color>, 6> rows{
@@ -53,7 +53,7 @@ Deed prepareLeavingByPrompt(Seat& seat, const Step& step) {
         } else {
             seat.component().promptExitRemoteCodingSession(on, timelineId);
         }
-        seat.execution().postToMainAfter(readingTime, [&seat, window, saysNo, isHost] {
+        seat.execution().postToMainAfter(answeringTime, [&seat, window, saysNo, isHost] {
             if (const auto* sheet = window->sheet()) {
                 const auto buttons = ReferenceHost::buttonTitles(*sheet);
                 ReferenceHost::WindowOnScreen(window).answerSheet(saysNo ? buttons.front() : buttons.back());

@@ -11,8 +11,6 @@ namespace {
 
 using Steps = std::vector<Step>;
 
-constexpr std::size_t fewestAnalysts = 2;
-
 // Below all times that matter, above what decimal fractions are off by.
 constexpr double tiny = 1e-6;
 

@@ -9,8 +9,6 @@ namespace Simulator {
 
 namespace {
 
-constexpr std::size_t fewestAnalysts = 2;
-constexpr std::size_t mostAnalysts = 8;
 constexpr std::size_t mostJobsPerInstant = 100'000;  // far more than any plan needs: an endless loop
 
 }  // namespace

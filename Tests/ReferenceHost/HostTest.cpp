@@ -43,8 +43,8 @@ struct TwoAnalysts {
         (void)ann.component->createNewRemoteCodingSession("Derby", makePublishSession("video"), "team",
                                                           std::make_shared<CaptureDevice>("Camera"));
         bensExecution.postToMainAfter(Seconds(3), [this] {
-            const RemoteCoding::SharedVideo video("share", "Derby", std::nullopt, false, {}, {});
-            ben.component->joinRemoteCodingSession(RemoteCoding::ShareFile(video, 0), "Stream", "video",
+            const RemoteCoding::SharedVideo shared("share", "Derby", std::nullopt, false, {}, {});
+            ben.component->joinRemoteCodingSession(RemoteCoding::ShareFile(shared, 0), "Stream", "video",
                                                    "team", cloud.primarySessionOf("video"));
         });
         annsExecution.postToMainAfter(Seconds(8), [this] { Analyst::tag(annsTimeline, "Corner"); });

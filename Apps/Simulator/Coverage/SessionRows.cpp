@@ -14,7 +14,7 @@ using Conformance::Operation;
 
 constexpr std::string_view withoutCapture = "publishing without a capture";
 constexpr std::string_view hostSignedOut = "publishing while nobody is signed in";
-constexpr std::string_view refused = "a capture that does not publish";
+constexpr std::string_view captureRefused = "a capture that does not publish";
 constexpr std::string_view withoutId = "a live share that fails after its beginning";
 constexpr std::string_view guestSignedOut = "a join while nobody is signed in";
 constexpr std::string_view withoutTimeline = "a join whose timeline does not appear in time";
@@ -32,7 +32,7 @@ struct FailingStep {
 constexpr std::array steps{
     FailingStep{"hostWithoutCapture", withoutCapture, 0},
     FailingStep{"hostSignedOut", hostSignedOut, 0},
-    FailingStep{"hostRefused", refused, 0},
+    FailingStep{"hostRefused", captureRefused, 0},
     FailingStep{"joinWithoutId", withoutId, longestJoin},
     FailingStep{"joinSignedOut", guestSignedOut, longestJoin},
     FailingStep{"joinWithoutTimeline", withoutTimeline, longestJoin},
@@ -42,8 +42,8 @@ constexpr std::array steps{
 }  // namespace
 
 std::span<const std::string_view> SessionRows::names() {
-    static constexpr std::array all{withoutCapture,  hostSignedOut, refused,       withoutId, guestSignedOut,
-                                    withoutTimeline, stray,         otherTimeline, slow};
+    static constexpr std::array all{withoutCapture,  hostSignedOut, captureRefused, withoutId, guestSignedOut,
+                                    withoutTimeline, stray,         otherTimeline,  slow};
     return all;
 }
 

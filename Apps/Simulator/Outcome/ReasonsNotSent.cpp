@@ -15,7 +15,7 @@ std::int64_t numberOf(std::string_view text) {
     return value;
 }
 
-bool isRemoval(const UserEdit& edit) {
+bool takesAway(const UserEdit& edit) {
     return edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow;
 }
 
@@ -28,7 +28,7 @@ std::string_view momentOf(const UserEdit& edit, std::string_view clip) {
 
 /// The cloud has refused the write of this moment.
 bool wasRefused(const History& history, const UserEdit& edit, std::string_view moment) {
-    const std::string_view operation = isRemoval(edit) ? "removeMoments" : "updateMoments";
+    const std::string_view operation = takesAway(edit) ? "removeMoments" : "updateMoments";
     return std::ranges::any_of(history.stays[edit.stay].calls, [&](std::size_t number) {
         const Call& call = history.calls[number];
         return call.at > edit.at && call.isFalse && call.name == operation &&
@@ -57,8 +57,8 @@ Reason whyNotSent(const History& history, const UserEdit& edit, std::string_view
     if (stay.session == nullptr) {
         return LossClass::noSession;
     }
-    if (!clip.empty()) {
-        moment = momentOf(edit, clip);
+    if (const std::string_view known = momentOf(edit, clip); !known.empty()) {
+        moment = known;  // at that time
     }
     if (!moment.empty() && wasRefused(history, edit, moment)) {
         return LossClass::answeredFalse;
