@@ -149,8 +149,10 @@ void Player::pause(const std::exception_ptr& error) {
     if (!isPlaying()) {
         return;
     }
-    isPaused_ = isWaiting_ = true;
-    if (const auto component = this->component()) {
+    isPaused_ = true;
+    const bool isKnown = std::exchange(isWaiting_, true) && !error;
+    const auto component = this->component();
+    if (component && !isKnown) {
         component->fragmentDownloadPaused(error, timelineId_);
     }
 }

@@ -53,7 +53,8 @@ public:
 
     // What can happen while it plays. Nothing happens when it does not.
 
-    /// Looks for no fragment until `resume`, and tells the component so; with an error something is wrong.
+    /// Looks for no fragment until `resume`, and tells the component so, if that does not know already that it waits; with an error
+    /// something is wrong.
     void pause(const std::exception_ptr& error = nullptr);
     void resume() { isPaused_ = false; }
 
