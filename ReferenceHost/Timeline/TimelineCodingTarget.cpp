@@ -28,7 +28,10 @@ TimelineCodingTarget::TimelineCodingTarget(std::weak_ptr<Timeline> timeline)
     : timeline_(std::move(timeline)) {}
 
 void TimelineCodingTarget::setRowNameWithRowNum(std::int64_t rowNum, const std::string& name) {
-    edit("setRowNameWithRowNum", {{"rowNum", std::to_string(rowNum)}, {"rowName", name}},
+    const auto ours = timeline_.lock();
+    const auto before = ours ? ours->rowAt(rowNum) : nullptr;
+    edit("setRowNameWithRowNum",
+         {{"rowNum", std::to_string(rowNum)}, {"rowName", name}, {"oldName", before ? before->name() : ""}},
          [&](Timeline& timeline) {
              if (const auto row = timeline.rowAt(rowNum)) {
                  timeline.renameRow(row->uniqueId(), name);

@@ -19,9 +19,9 @@ const std::vector<LossClassText>& lossClassTexts() {
         {LossClass::waiting, "waiting for the next edit",
          "The upload of the edit failed; it is repeated with the next edit, or when the network comes back."},
         {LossClass::answeredFalse, "refused by the cloud", "The cloud refused the edit."},
-        {LossClass::sentElsewhere, "sent to the session before",
-         "The timeline's last session was still sending when its analyst began the next one: what was edited "
-         "by then went there."},
+        {LossClass::sentElsewhere, "sent to another session",
+         "The timeline's session was still sending when its analyst began the next one: an edit of that "
+         "moment is in one of the two."},
         {LossClass::takenForKnown, "row not listed",
          "A new or renamed row was sent with a clip while somebody else's change was coming in: its clips "
          "are there for all, and the "
@@ -32,6 +32,9 @@ const std::vector<LossClassText>& lossClassTexts() {
          "The first fetch of the session failed; it is fetched when the connection breaks next."},
         {LossClass::ofAnotherSession, "from another session",
          "A clip that came with another session stays on the timeline; it is not in this one."},
+        {LossClass::deletedOutside, "deleted outside of the session",
+         "A clip that was deleted outside of the session comes back on joining; taking the deletion back "
+         "gives it a second time."},
         {LossClass::noCodingTarget, "the timeline could not be edited",
          "The change came in while the timeline could not be edited."},
         {LossClass::noRow, "no row for the clip",

@@ -25,6 +25,7 @@ enum class LossClass : std::uint8_t {
     // It did not reach a timeline.
     neverFetched,
     ofAnotherSession,
+    deletedOutside,
     noCodingTarget,
     noRow,
     unreadable,

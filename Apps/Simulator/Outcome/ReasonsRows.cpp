@@ -109,6 +109,14 @@ bool wasRefusedForAClip(const History& history, const UserEdit& edit) {
            });
 }
 
+/// The row that had the name has got that of one of its clips, whose user had it under another name.
+bool followedAClip(const History& history, const StayHistory& stay, const Loss& loss) {
+    return std::ranges::any_of(stay.target, [&](std::size_t at) {
+        const auto& entry = history.entry(at);
+        return entry.field("name") == "setRowNameWithRowNum" && entry.field("oldName") == loss.row;
+    });
+}
+
 }  // namespace
 
 Reason whyRowDiffers(const History& history, const Loss& loss) {
@@ -120,6 +128,9 @@ Reason whyRowDiffers(const History& history, const Loss& loss) {
     }
     if (missedTheLastList(history, stay, never)) {
         return LossClass::noCodingTarget;
+    }
+    if (loss.kind == LossKind::rowMissing && followedAClip(history, stay, loss)) {
+        return LossClass::renamedMeanwhile;
     }
     // The timeline is as the user of another one wanted it, and the list is not.
     const std::vector<std::string_view> names = namesOf(history, loss.row);
