@@ -108,7 +108,8 @@ Reason explain(const History& history, const Loss& loss) {
         return whyClipDiffers(history, loss);
     }
     if (loss.kind == LossKind::clipDoubled) {
-        return whyClipEditIsLost(history, loss);
+        const Reason reason = whyClipEditIsLost(history, loss);
+        return reason ? reason : whyOfBroughtBack(history, loss);
     }
     if (loss.edit == nullptr) {
         return whyRowDiffers(history, loss);
@@ -116,8 +117,11 @@ Reason explain(const History& history, const Loss& loss) {
     if (const Reason reason = whyNotSent(history, *loss.edit, loss.clip)) {
         return reason;
     }
-    return loss.kind < LossKind::newRowLost ? whyClipEditIsLost(history, loss)
-                                            : whyRowEditIsLost(history, loss);
+    if (loss.kind >= LossKind::newRowLost) {
+        return whyRowEditIsLost(history, loss);
+    }
+    const Reason reason = whyClipEditIsLost(history, loss);
+    return reason ? reason : whyOfBroughtBack(history, loss);
 }
 
 }  // namespace Simulator

@@ -30,6 +30,9 @@ using Reason = std::optional<LossClass>;
 /// Why a clip stands on a row that has another name than its moment's code.
 [[nodiscard]] Reason whyOnWrongRow(const History& history, const Loss& loss);
 
+/// Of clips that were deleted and brought back.
+[[nodiscard]] Reason whyOfBroughtBack(const History& history, const Loss& loss);
+
 /// What lies between two sessions of a timeline, or before its first.
 [[nodiscard]] Reason whyBetweenSessions(const History& history, const Loss& loss);
 
