@@ -35,6 +35,9 @@ const std::vector<LossClassText>& lossClassTexts() {
         {LossClass::deletedOutside, "deleted outside of the session",
          "A clip that was deleted outside of the session comes back on joining; taking the deletion back "
          "gives it a second time."},
+        {LossClass::undoneLater, "taken back after joining again",
+         "A clip was deleted before its analyst left, and brought back after joining again: it is on that "
+         "timeline only."},
         {LossClass::noCodingTarget, "the timeline could not be edited",
          "The change came in while the timeline could not be edited."},
         {LossClass::noRow, "no row for the clip",

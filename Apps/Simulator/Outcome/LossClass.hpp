@@ -21,6 +21,7 @@ enum class LossClass : std::uint8_t {
     sentElsewhere,
     takenForKnown,
     broughtBackTwice,
+    undoneLater,
 
     // It did not reach a timeline.
     neverFetched,

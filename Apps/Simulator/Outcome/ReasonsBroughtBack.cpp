@@ -43,18 +43,51 @@ bool wasBroughtBackTwice(const SharedClip& clip) {
     return timelines.size() > 1 && clip.moments.size() > 2;
 }
 
+/// The clip was deleted on this timeline before its analyst left, or outside of the session.
+bool wasDeletedBeforeJoining(const History& history, const UserEdit& undo, std::string_view clip) {
+    return restores(undo) && std::ranges::any_of(history.edits, [&](const UserEdit& edit) {
+               return (edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow) &&
+                      edit.at < undo.at && edit.stay != undo.stay &&
+                      std::ranges::find(edit.clips, clip) != edit.clips.end();
+           });
+}
+
+/// A timeline that could not be edited kept the clip when it was deleted, and has sent it anew.
+bool wasKeptWithoutTarget(const History& history, const SharedClip& clip, const MomentHistory& living) {
+    return std::ranges::any_of(history.stays, [&](const StayHistory& stay) {
+        return stay.session == living.session && stay.stay->timelineId == living.last->originTimelineId &&
+               std::ranges::any_of(stay.arrivals, [&](const Arrival& arrival) {
+                   return hadNoTarget(history, stay, arrival.at) &&
+                          std::ranges::any_of(clip.moments, [&](std::string_view id) {
+                              const std::uint64_t deletion = deletionOf(*history.moment(id));
+                              return deletion != 0 && (arrival.isPull ? arrival.sequence >= deletion
+                                                                      : arrival.sequence == deletion);
+                          });
+               });
+    });
+}
+
 }  // namespace
 
 Reason whyOfBroughtBack(const History& history, const Loss& loss) {
     if (loss.edit != nullptr && wasOnAStaleClip(history, *loss.edit, loss.clip)) {
         return LossClass::deletedWhileAway;
     }
+    if (loss.edit != nullptr && wasDeletedBeforeJoining(history, *loss.edit, loss.clip)) {
+        return LossClass::undoneLater;
+    }
     const std::vector<SharedClip> clips = findSharedClips(history);
     const auto clip = std::ranges::find_if(clips, [&](const SharedClip& candidate) {
         return std::ranges::find(candidate.moments, loss.moment) != candidate.moments.end();
     });
-    return clip != clips.end() && wasBroughtBackTwice(*clip) ? Reason(LossClass::broughtBackTwice)
-                                                             : std::nullopt;
+    if (clip == clips.end()) {
+        return std::nullopt;
+    }
+    const MomentHistory& moment = *history.moment(loss.moment);
+    if (moment.lives && wasKeptWithoutTarget(history, *clip, moment)) {
+        return LossClass::noCodingTarget;
+    }
+    return wasBroughtBackTwice(*clip) ? Reason(LossClass::broughtBackTwice) : std::nullopt;
 }
 
 }  // namespace Simulator
