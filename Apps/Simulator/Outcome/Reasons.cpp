@@ -31,7 +31,7 @@ Reason whyClipDiffers(const History& history, const Loss& loss) {
         const std::string_view clip = *std::ranges::find_first_of(edit->clips, clips);
         const bool isAboutIt = loss.kind == LossKind::clipMissing ? isRemoval(*edit) : !isRemoval(*edit);
         if (isAboutIt) {
-            if (const Reason reason = whyNotSent(history, *edit, clip)) {
+            if (const Reason reason = whyNotSent(history, *edit, clip, loss.moment)) {
                 return reason;
             }
         }
@@ -104,8 +104,12 @@ Reason explain(const History& history, const Loss& loss) {
     if (loss.kind == LossKind::clipOnWrongRow) {
         return whyOnWrongRow(history, loss);
     }
+    if (loss.kind == LossKind::clipTwice) {
+        return whyThereTwice(history, loss);
+    }
     if (loss.kind < LossKind::clipOnWrongRow) {
-        return whyClipDiffers(history, loss);
+        const Reason reason = whyClipDiffers(history, loss);
+        return reason ? reason : whyOfBroughtBack(history, loss);
     }
     if (loss.kind == LossKind::clipDoubled) {
         const Reason reason = whyClipEditIsLost(history, loss);
@@ -114,7 +118,7 @@ Reason explain(const History& history, const Loss& loss) {
     if (loss.edit == nullptr) {
         return whyRowDiffers(history, loss);
     }
-    if (const Reason reason = whyNotSent(history, *loss.edit, loss.clip)) {
+    if (const Reason reason = whyNotSent(history, *loss.edit, loss.clip, loss.moment)) {
         return reason;
     }
     if (loss.kind >= LossKind::newRowLost) {

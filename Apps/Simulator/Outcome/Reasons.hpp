@@ -39,6 +39,9 @@ using Reason = std::optional<LossClass>;
 /// The cloud has a clip that is not on the timeline.
 [[nodiscard]] Reason whyNotArrived(const History& history, const Loss& loss);
 
+/// Two clips of the timeline stand for the moment.
+[[nodiscard]] Reason whyThereTwice(const History& history, const Loss& loss);
+
 /// The cloud's clip is not as users wanted it, though this edit was sent; or it is there more than once.
 [[nodiscard]] Reason whyClipEditIsLost(const History& history, const Loss& loss);
 

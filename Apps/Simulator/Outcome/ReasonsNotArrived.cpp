@@ -28,11 +28,51 @@ std::vector<std::pair<std::size_t, std::size_t>> timesUnread(const History& hist
     return times;
 }
 
+/// The timeline's own clip for the moment has been given the name of a moment of another session, whose answer came later.
+bool isNamedElsewhere(const History& history, const StayHistory& stay, const MomentHistory& moment) {
+    return std::ranges::any_of(stay.stay->picture.clips, [&](const ClipPicture& clip) {
+        const MomentHistory* named = clip.momentId ? history.moment(*clip.momentId) : nullptr;
+        return clip.instanceId == moment.last->originInstanceId && named != nullptr &&
+               named->session != stay.session;
+    });
+}
+
+bool tookAway(const UserEdit& edit) {
+    return edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow;
+}
+
 }  // namespace
+
+Reason whyThereTwice(const History& history, const Loss& loss) {
+    const StayHistory& stay = history.stays[loss.stay];
+    for (const Placement& placement : history.moment(loss.moment)->placements) {
+        if (placement.stay != loss.stay || placement.how != "new") {
+            continue;
+        }
+        // The user had taken the other clip away, and has taken it back since.
+        const UserEdit* removal = nullptr;
+        for (const UserEdit& edit : history.edits) {
+            const auto place = std::ranges::find(edit.moments, loss.moment);
+            if (edit.timelineId == stay.stay->timelineId && place != edit.moments.end() && tookAway(edit) &&
+                edit.at < placement.at) {
+                removal = &edit;
+            }
+        }
+        if (removal != nullptr) {
+            const auto place = std::ranges::find(removal->moments, loss.moment) - removal->moments.begin();
+            return whyNotSent(history, *removal, removal->clips[static_cast<std::size_t>(place)],
+                              loss.moment);
+        }
+    }
+    return std::nullopt;
+}
 
 Reason whyNotArrived(const History& history, const Loss& loss) {
     const StayHistory& stay = history.stays[loss.stay];
     const MomentHistory& moment = *history.moment(loss.moment);
+    if (isNamedElsewhere(history, stay, moment)) {
+        return LossClass::sentElsewhere;
+    }
     const Placement* last = nullptr;
     for (const Placement& placement : moment.placements) {
         if (placement.stay == loss.stay) {
