@@ -15,6 +15,10 @@ bool restores(const UserEdit& edit) {
     return edit.kind == EditKind::restoreClip || edit.kind == EditKind::restoreRow;
 }
 
+bool takesAway(const UserEdit& edit) {
+    return edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow;
+}
+
 /// When the moment was deleted; 0: it was not.
 std::uint64_t deletionOf(const MomentHistory& moment) {
     const auto& last = *moment.changes.back();
@@ -46,35 +50,79 @@ bool wasBroughtBackTwice(const SharedClip& clip) {
 /// The clip was deleted on this timeline before its analyst left, or outside of the session.
 bool wasDeletedBeforeJoining(const History& history, const UserEdit& undo, std::string_view clip) {
     return restores(undo) && std::ranges::any_of(history.edits, [&](const UserEdit& edit) {
-               return (edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow) &&
-                      edit.at < undo.at && edit.stay != undo.stay &&
+               return takesAway(edit) && edit.at < undo.at && edit.stay != undo.stay &&
                       std::ranges::find(edit.clips, clip) != edit.clips.end();
            });
 }
 
 /// A timeline that could not be edited kept the clip when it was deleted, and has sent it anew.
-bool wasKeptWithoutTarget(const History& history, const SharedClip& clip, const MomentHistory& living) {
-    return std::ranges::any_of(history.stays, [&](const StayHistory& stay) {
-        return stay.session == living.session && stay.stay->timelineId == living.last->originTimelineId &&
-               std::ranges::any_of(stay.arrivals, [&](const Arrival& arrival) {
-                   return hadNoTarget(history, stay, arrival.at) &&
-                          std::ranges::any_of(clip.moments, [&](std::string_view id) {
-                              const std::uint64_t deletion = deletionOf(*history.moment(id));
-                              return deletion != 0 && (arrival.isPull ? arrival.sequence >= deletion
-                                                                      : arrival.sequence == deletion);
-                          });
-               });
+bool wasKeptWithoutTarget(const History& history, const SharedClip& clip) {
+    return std::ranges::any_of(clip.livingMoments, [&](std::string_view livingId) {
+        const MomentHistory& living = *history.moment(livingId);
+        return std::ranges::any_of(history.stays, [&](const StayHistory& stay) {
+            return stay.session == living.session && stay.stay->timelineId == living.last->originTimelineId &&
+                   std::ranges::any_of(stay.arrivals, [&](const Arrival& arrival) {
+                       return hadNoTarget(history, stay, arrival.at) &&
+                              std::ranges::any_of(clip.moments, [&](std::string_view id) {
+                                  const std::uint64_t deletion = deletionOf(*history.moment(id));
+                                  return deletion != 0 && (arrival.isPull ? arrival.sequence >= deletion
+                                                                          : arrival.sequence == deletion);
+                              });
+                   });
+        });
     });
+}
+
+/// The last edit of this clip on its timeline takes a deletion back: then why the deletion was not sent.
+Reason whyStillThere(const History& history, const Loss& loss, const UserEdit& undo) {
+    const auto removal =
+        std::find_if(history.edits.rbegin(), history.edits.rend(), [&](const UserEdit& edit) {
+            return takesAway(edit) && edit.at < undo.at && edit.timelineId == undo.timelineId &&
+                   std::ranges::find(edit.clips, loss.clip) != edit.clips.end();
+        });
+    return removal != history.edits.rend() ? whyNotSent(history, *removal, loss.clip, loss.moment)
+                                           : std::nullopt;
+}
+
+/// The clip was deleted before it had a name in the cloud, and its user left before it got one.
+bool wasDeletedUnnamed(const History& history, const Loss& loss) {
+    const StayHistory& stay = history.stays[loss.edit->stay];
+    const auto place = std::ranges::find(loss.edit->clips, loss.clip);
+    return takesAway(*loss.edit) && place != loss.edit->clips.end() &&
+           loss.edit->moments[static_cast<std::size_t>(place - loss.edit->clips.begin())].empty() &&
+           !stay.stay->lasts &&
+           std::ranges::none_of(history.moment(loss.moment)->placements, [&](const Placement& placement) {
+               return placement.stay == loss.edit->stay && placement.at > loss.edit->at;
+           });
+}
+
+/// The user's last edit of the clip; null: none in the session.
+const UserEdit* lastEdit(const History& history, const Loss& loss) {
+    if (loss.edit != nullptr || loss.clip.empty()) {
+        return loss.edit;
+    }
+    return lastEditOf(history, history.stays[loss.stay].stay->timelineId, {loss.clip});
 }
 
 }  // namespace
 
 Reason whyOfBroughtBack(const History& history, const Loss& loss) {
-    if (loss.edit != nullptr && wasOnAStaleClip(history, *loss.edit, loss.clip)) {
-        return LossClass::deletedWhileAway;
-    }
-    if (loss.edit != nullptr && wasDeletedBeforeJoining(history, *loss.edit, loss.clip)) {
-        return LossClass::undoneLater;
+    const UserEdit* edit = lastEdit(history, loss);
+    if (edit != nullptr && edit->stay != never) {
+        if (loss.edit != nullptr && wasOnAStaleClip(history, *edit, loss.clip)) {
+            return LossClass::deletedWhileAway;
+        }
+        if (wasDeletedBeforeJoining(history, *edit, loss.clip)) {
+            return LossClass::undoneLater;
+        }
+        if (restores(*edit)) {
+            if (const Reason reason = whyStillThere(history, loss, *edit)) {
+                return reason;
+            }
+        }
+        if (loss.kind == LossKind::deletionLost && wasDeletedUnnamed(history, loss)) {
+            return LossClass::left;
+        }
     }
     const std::vector<SharedClip> clips = findSharedClips(history);
     const auto clip = std::ranges::find_if(clips, [&](const SharedClip& candidate) {
@@ -83,11 +131,11 @@ Reason whyOfBroughtBack(const History& history, const Loss& loss) {
     if (clip == clips.end()) {
         return std::nullopt;
     }
-    const MomentHistory& moment = *history.moment(loss.moment);
-    if (moment.lives && wasKeptWithoutTarget(history, *clip, moment)) {
+    if (wasKeptWithoutTarget(history, *clip)) {
         return LossClass::noCodingTarget;
     }
-    return wasBroughtBackTwice(*clip) ? Reason(LossClass::broughtBackTwice) : std::nullopt;
+    return loss.edit != nullptr && wasBroughtBackTwice(*clip) ? Reason(LossClass::broughtBackTwice)
+                                                              : std::nullopt;
 }
 
 }  // namespace Simulator
