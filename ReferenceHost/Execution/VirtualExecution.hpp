@@ -42,7 +42,7 @@ public:
 
     void stop() override;
 
-    /// A fault on demand: while set, a new wait ends at once with an error, as one does whose task was cancelled.
+    /// A fault on demand: while set, a new wait ends soon and with an error, as one does whose task was cancelled.
     void setSleepsAreCancelled(bool cancelled) { sleepsAreCancelled_ = cancelled; }
 
 private:
