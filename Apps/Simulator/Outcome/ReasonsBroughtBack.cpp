@@ -96,23 +96,47 @@ bool wasDeletedUnnamed(const History& history, const Loss& loss) {
            });
 }
 
-/// The user's last edit of the clip; null: none in the session.
-const UserEdit* lastEdit(const History& history, const Loss& loss) {
-    if (loss.edit != nullptr || loss.clip.empty()) {
-        return loss.edit;
+/// The clip got no name on its timeline, and somebody else deleted its moment before the timeline could hear of it.
+bool wasDeletedUnheard(const History& history, const Loss& loss) {
+    const std::string& timelineId = history.stays[loss.stay].stay->timelineId;
+    return std::ranges::any_of(history.moments, [&](const auto& known) {
+        const MomentHistory& moment = known.second;
+        return moment.last->originInstanceId == loss.clip && moment.last->originTimelineId == timelineId &&
+               deletionOf(moment) != 0 &&
+               std::ranges::none_of(moment.placements,
+                                    [&](const Placement& placement) { return placement.stay == loss.stay; });
+    });
+}
+
+/// Clips that stand for the moment on the timeline.
+std::vector<std::string_view> clipsAtIssue(const History& history, const Loss& loss) {
+    std::vector<std::string_view> clips;
+    if (!loss.moment.empty()) {
+        clips = clipsOf(history, loss.stay, loss.moment);
     }
-    return lastEditOf(history, history.stays[loss.stay].stay->timelineId, {loss.clip});
+    if (!loss.clip.empty()) {
+        clips.push_back(loss.clip);
+    }
+    return clips;
 }
 
 }  // namespace
 
 Reason whyOfBroughtBack(const History& history, const Loss& loss) {
-    const UserEdit* edit = lastEdit(history, loss);
+    if (loss.kind == LossKind::clipUnsent) {
+        return wasDeletedUnheard(history, loss) ? Reason(LossClass::deletedWhileAway) : std::nullopt;
+    }
+    const std::vector<std::string_view> atIssue = clipsAtIssue(history, loss);
+    const UserEdit* edit = loss.edit != nullptr
+                               ? loss.edit
+                               : lastEditOf(history, history.stays[loss.stay].stay->timelineId, atIssue);
     if (edit != nullptr && edit->stay != never) {
-        if (loss.edit != nullptr && wasOnAStaleClip(history, *edit, loss.clip)) {
+        const std::string_view edited =
+            loss.edit != nullptr ? loss.clip : *std::ranges::find_first_of(edit->clips, atIssue);
+        if (loss.edit != nullptr && wasOnAStaleClip(history, *edit, edited)) {
             return LossClass::deletedWhileAway;
         }
-        if (wasDeletedBeforeJoining(history, *edit, loss.clip)) {
+        if (wasDeletedBeforeJoining(history, *edit, edited)) {
             return LossClass::undoneLater;
         }
         if (restores(*edit)) {
@@ -123,6 +147,10 @@ Reason whyOfBroughtBack(const History& history, const Loss& loss) {
         if (loss.kind == LossKind::deletionLost && wasDeletedUnnamed(history, loss)) {
             return LossClass::left;
         }
+    }
+    const MomentHistory* moment = loss.moment.empty() ? nullptr : history.moment(loss.moment);
+    if (edit != nullptr && moment != nullptr && wasReadAsDeleted(history, *edit, loss.moment)) {
+        return LossClass::unreadable;
     }
     const std::vector<SharedClip> clips = findSharedClips(history);
     const auto clip = std::ranges::find_if(clips, [&](const SharedClip& candidate) {

@@ -67,6 +67,18 @@ Reason whyThereTwice(const History& history, const Loss& loss) {
     return std::nullopt;
 }
 
+bool wasReadAsDeleted(const History& history, const UserEdit& edit, std::string_view moment) {
+    if (edit.stay == never) {
+        return false;
+    }
+    const StayHistory& stay = history.stays[edit.stay];
+    return std::ranges::any_of(timesUnread(history, stay, moment), [&](const auto& time) {
+        return std::ranges::any_of(stay.arrivals, [&](const Arrival& arrival) {
+            return arrival.isPull && time.first < arrival.at && arrival.at < time.second;
+        });
+    });
+}
+
 Reason whyNotArrived(const History& history, const Loss& loss) {
     const StayHistory& stay = history.stays[loss.stay];
     const MomentHistory& moment = *history.moment(loss.moment);
