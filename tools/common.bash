@@ -33,6 +33,14 @@ run_logged() {
     fi
 }
 
+# For the programs of the presets asan and tsan.
+export_sanitizer_options() {
+    local thread="halt_on_error=1:second_deadlock_stack=1:suppressions='$root/tools/thread-sanitizer.supp'"
+    export ASAN_OPTIONS="${ASAN_OPTIONS:-detect_stack_use_after_return=1:strict_string_checks=1}"
+    export UBSAN_OPTIONS="${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}"
+    export TSAN_OPTIONS="${TSAN_OPTIONS:-$thread}"
+}
+
 # build_preset PRESET [CMAKE-OPTION... --] [TARGET...]: configures and builds quietly, into build/PRESET.
 build_preset() {
     local preset="$1" log="$root/build/$1.log" options=() targets=()
