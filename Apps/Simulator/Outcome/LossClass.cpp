@@ -52,6 +52,10 @@ const std::vector<LossClassText>& lossClassTexts() {
         {LossClass::renamedMeanwhile, "row renamed meanwhile",
          "A clip was tagged on a row, and its tagger, or who gave the row another name, had not heard of the "
          "other."},
+        {LossClass::formerName, "former name of a row",
+         "A row was renamed, and another one got its former name: a clip of that came in one fetch with the "
+         "new name of the first, and "
+         "is on the first."},
         {LossClass::sentWithoutRow, "sent without its row",
          "The application handed out a clip that did not know its row; to the others it is on a row without "
          "a name."},

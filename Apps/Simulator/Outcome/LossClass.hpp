@@ -32,6 +32,7 @@ enum class LossClass : std::uint8_t {
     unreadable,
     wrongRow,
     renamedMeanwhile,
+    formerName,
     sentWithoutRow,
     deletedWhileAway,
 };

@@ -45,6 +45,9 @@ public:
             if (wasSentWithoutRow(*naming.moment)) {
                 return LossClass::sentWithoutRow;
             }
+            if (cameWithTheRenaming(naming.at)) {
+                return LossClass::formerName;
+            }
             if (wasLeftOnItsRow(*naming.moment, loss_.stay, naming.at)) {
                 return LossClass::wrongRow;
             }
@@ -106,6 +109,20 @@ private:
             }
         }
         return false;
+    }
+
+    /// One fetch first put the clip onto the row of that name and then told of the row's new name: the clip is of another row.
+    bool cameWithTheRenaming(std::size_t naming) const {
+        return history_.entry(naming).field("oldName") == moment_.last->code &&
+               std::ranges::any_of(moment_.placements, [&](const Placement& placement) {
+                   return placement.stay == loss_.stay && placement.how == "new" && placement.at < naming &&
+                          std::ranges::any_of(
+                              stay_.arrivals,
+                              [&](const Arrival& arrival) {
+                                  return arrival.isPull && arrival.start < placement.at &&
+                                         naming < arrival.at;
+                              });
+               });
     }
 
     /// In that stay, before that entry.
