@@ -38,6 +38,9 @@ const std::vector<LossClassText>& lossClassTexts() {
         {LossClass::undoneLater, "taken back after joining again",
          "A clip was deleted before its analyst left, and brought back after joining again: it is on that "
          "timeline only."},
+        {LossClass::takenAwayAgain, "taken away again",
+         "A deletion that was taken back within a second or two comes back from the cloud, and takes the "
+         "clip away once more, for all."},
         {LossClass::noCodingTarget, "the timeline could not be edited",
          "The change came in while the timeline could not be edited."},
         {LossClass::noRow, "no row for the clip",
@@ -56,6 +59,10 @@ const std::vector<LossClassText>& lossClassTexts() {
          "A row was renamed, and another one got its former name: a clip of that came in one fetch with the "
          "new name of the first, and "
          "is on the first."},
+        {LossClass::strayClip, "renamed by a stray clip",
+         "A row was renamed by an analyst on whose timeline a clip of another row stood on it: where that "
+         "clip is on its own row, this "
+         "row got the name."},
         {LossClass::sentWithoutRow, "sent without its row",
          "The application handed out a clip that did not know its row; to the others it is on a row without "
          "a name."},

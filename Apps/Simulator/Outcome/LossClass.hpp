@@ -22,6 +22,7 @@ enum class LossClass : std::uint8_t {
     takenForKnown,
     broughtBackTwice,
     undoneLater,
+    takenAwayAgain,
 
     // It did not reach a timeline.
     neverFetched,
@@ -33,6 +34,7 @@ enum class LossClass : std::uint8_t {
     wrongRow,
     renamedMeanwhile,
     formerName,
+    strayClip,
     sentWithoutRow,
     deletedWhileAway,
 };

@@ -184,6 +184,10 @@ private:
                 continue;
             }
             const Call* rename = callOf(change->sequence);
+            const UserEdit* edit = rename != nullptr ? renameBefore(*rename, code) : nullptr;
+            if (edit != nullptr && edit->oldName != before) {
+                return LossClass::strayClip;
+            }
             const Call* creation = callOf(other.changes.front()->sequence);
             if (rename == nullptr || creation == nullptr) {
                 continue;
@@ -199,7 +203,6 @@ private:
                     wasLeftOnItsRow(other, rename->stay, rename->at)) {
                     return LossClass::wrongRow;  // where it was renamed, they were on two rows
                 }
-                const UserEdit* edit = renameBefore(*rename, code);
                 if (!wasThere(other, *creation, *rename, edit)) {
                     return LossClass::renamedMeanwhile;
                 }
