@@ -23,6 +23,7 @@ enum class LossClass : std::uint8_t {
     broughtBackTwice,
     undoneLater,
     takenAwayAgain,
+    takenAwayAgain,
 
     // It did not reach a timeline.
     neverFetched,

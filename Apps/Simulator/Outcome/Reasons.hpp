@@ -33,8 +33,8 @@ using Reason = std::optional<LossClass>;
 /// Of clips that were deleted and brought back.
 [[nodiscard]] Reason whyOfBroughtBack(const History& history, const Loss& loss);
 
-/// A pull that could not read the moment took it for deleted, in the stay of that edit.
-[[nodiscard]] bool wasReadAsDeleted(const History& history, const UserEdit& edit, std::string_view moment);
+/// A pull that could not read the moment took it for deleted, on some timeline.
+[[nodiscard]] bool wasReadAsDeleted(const History& history, const MomentHistory& moment, std::string_view id);
 
 /// What lies between two sessions of a timeline, or before its first.
 [[nodiscard]] Reason whyBetweenSessions(const History& history, const Loss& loss);

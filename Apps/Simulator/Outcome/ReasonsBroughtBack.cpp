@@ -73,15 +73,43 @@ bool wasKeptWithoutTarget(const History& history, const SharedClip& clip) {
     });
 }
 
-/// The last edit of this clip on its timeline takes a deletion back: then why the deletion was not sent.
-Reason whyStillThere(const History& history, const Loss& loss, const UserEdit& undo) {
+/// Why a deletion of this clip on the same timeline was not sent.
+Reason whyStillThere(const History& history, std::string_view clip, std::string_view moment,
+                     const UserEdit& other) {
     const auto removal =
         std::find_if(history.edits.rbegin(), history.edits.rend(), [&](const UserEdit& edit) {
-            return takesAway(edit) && edit.at < undo.at && edit.timelineId == undo.timelineId &&
-                   std::ranges::find(edit.clips, loss.clip) != edit.clips.end();
+            return takesAway(edit) && edit.timelineId == other.timelineId &&
+                   std::ranges::find(edit.clips, clip) != edit.clips.end();
         });
-    return removal != history.edits.rend() ? whyNotSent(history, *removal, loss.clip, loss.moment)
-                                           : std::nullopt;
+    return removal != history.edits.rend() ? whyNotSent(history, *removal, clip, moment) : std::nullopt;
+}
+
+/// The deletion was taken back, came back from the cloud, and was done again.
+bool wasTakenAwayAgain(const History& history, const UserEdit& undo, std::string_view clip) {
+    return restores(undo) && std::ranges::any_of(history.stays[undo.stay].target, [&](std::size_t at) {
+               const auto& entry = history.entry(at);
+               return at > undo.at && entry.field("name") == "removeInstanceWithRowId" &&
+                      entry.field("instanceId") == clip;
+           });
+}
+
+/// The living moment was made by the last upload of a session whose timeline was published anew, without the names of that session.
+bool wasSentWithoutItsName(const History& history, const MomentHistory& moment) {
+    const std::uint64_t sequence = moment.changes.front()->sequence;
+    return std::ranges::any_of(history.calls, [&](const Call& call) {
+        if (call.stay == never || call.accepted == nullptr || call.name != "createMoments" ||
+            history.stays[call.stay].session != moment.session || call.accepted->sequenceAfter != sequence) {
+            return false;
+        }
+        const Stay& stay = *history.stays[call.stay].stay;
+        return stay.to < call.at && std::ranges::any_of(
+                                        history.stays,
+                                        [&](const StayHistory& next) {
+                                            return next.stay->timelineId == stay.timelineId &&
+                                                   next.stay->from >= stay.to && next.stay->from < call.at &&
+                                                   next.session != moment.session;
+                                        });
+    });
 }
 
 /// The clip was deleted before it had a name in the cloud, and its user left before it got one.
@@ -139,18 +167,17 @@ Reason whyOfBroughtBack(const History& history, const Loss& loss) {
         if (wasDeletedBeforeJoining(history, *edit, edited)) {
             return LossClass::undoneLater;
         }
-        if (restores(*edit)) {
-            if (const Reason reason = whyStillThere(history, loss, *edit)) {
+        if (loss.kind != LossKind::deletionLost && loss.kind != LossKind::clipDoubled) {
+            if (const Reason reason = whyStillThere(history, edited, loss.moment, *edit)) {
                 return reason;
             }
+        }
+        if (loss.kind == LossKind::tagLost && wasTakenAwayAgain(history, *edit, edited)) {
+            return LossClass::takenAwayAgain;
         }
         if (loss.kind == LossKind::deletionLost && wasDeletedUnnamed(history, loss)) {
             return LossClass::left;
         }
-    }
-    const MomentHistory* moment = loss.moment.empty() ? nullptr : history.moment(loss.moment);
-    if (edit != nullptr && moment != nullptr && wasReadAsDeleted(history, *edit, loss.moment)) {
-        return LossClass::unreadable;
     }
     const std::vector<SharedClip> clips = findSharedClips(history);
     const auto clip = std::ranges::find_if(clips, [&](const SharedClip& candidate) {
@@ -161,6 +188,15 @@ Reason whyOfBroughtBack(const History& history, const Loss& loss) {
     }
     if (wasKeptWithoutTarget(history, *clip)) {
         return LossClass::noCodingTarget;
+    }
+    for (const std::string_view id : clip->moments) {
+        const MomentHistory& moment = *history.moment(id);
+        if (wasReadAsDeleted(history, moment, id)) {
+            return LossClass::unreadable;
+        }
+        if (moment.lives && wasSentWithoutItsName(history, moment)) {
+            return LossClass::sentElsewhere;
+        }
     }
     return loss.edit != nullptr && wasBroughtBackTwice(*clip) ? Reason(LossClass::broughtBackTwice)
                                                               : std::nullopt;

@@ -67,15 +67,14 @@ Reason whyThereTwice(const History& history, const Loss& loss) {
     return std::nullopt;
 }
 
-bool wasReadAsDeleted(const History& history, const UserEdit& edit, std::string_view moment) {
-    if (edit.stay == never) {
-        return false;
-    }
-    const StayHistory& stay = history.stays[edit.stay];
-    return std::ranges::any_of(timesUnread(history, stay, moment), [&](const auto& time) {
-        return std::ranges::any_of(stay.arrivals, [&](const Arrival& arrival) {
-            return arrival.isPull && time.first < arrival.at && arrival.at < time.second;
-        });
+bool wasReadAsDeleted(const History& history, const MomentHistory& moment, std::string_view id) {
+    return std::ranges::any_of(history.stays, [&](const StayHistory& stay) {
+        return stay.session == moment.session &&
+               std::ranges::any_of(timesUnread(history, stay, id), [&](const auto& time) {
+                   return std::ranges::any_of(stay.arrivals, [&](const Arrival& arrival) {
+                       return arrival.isPull && time.first < arrival.at && arrival.at < time.second;
+                   });
+               });
     });
 }
 

@@ -99,12 +99,15 @@ bool hadCode(const MomentHistory& moment, std::string_view code) {
 /// The cloud has refused to write one of the row's clips with the new name, which is saved when all are written.
 bool wasRefusedForAClip(const History& history, const UserEdit& edit) {
     const StayHistory& stay = history.stays[edit.stay];
+    const std::vector<std::string_view> names = namesOf(history, edit.oldName);
     return edit.kind == EditKind::renameRow && std::ranges::any_of(stay.calls, [&](std::size_t number) {
                const Call& call = history.calls[number];
                return call.at > edit.at && call.isFalse && call.name == "updateMoments" &&
                       std::ranges::any_of(call.ids, [&](std::string_view moment) {
                           const MomentHistory* found = history.moment(moment);
-                          return found != nullptr && hadCode(*found, edit.oldName);
+                          return found != nullptr && std::ranges::any_of(names, [&](std::string_view name) {
+                                     return hadCode(*found, name);
+                                 });
                       });
            });
 }
