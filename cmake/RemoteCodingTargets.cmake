@@ -65,6 +65,10 @@ function(remote_coding_configure_target target)
     if(REMOTE_CODING_WARNINGS_AS_ERRORS)
         target_compile_options(${target} PRIVATE -Werror)
     endif()
+    if(CMAKE_UNITY_BUILD)
+        # Between files that are compiled together it means nothing; every file is also compiled by itself, in the other builds.
+        target_compile_options(${target} PRIVATE -Wno-shadow)
+    endif()
     # Source locations in log lines are repository-relative, wherever the checkout lies.
     target_compile_options(${target} PRIVATE "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
     if(REMOTE_CODING_SANITIZE)
