@@ -8,8 +8,6 @@ const std::vector<LossClassText>& lossClassTexts() {
     static const std::vector<LossClassText> texts{
         {LossClass::outsideSession, "edited outside of the session",
          "What was changed on a timeline before its analyst was in the session, or after, is not sent."},
-        {LossClass::noSession, "no session in the cloud",
-         "The cloud could not make the session; nothing of the timeline is shared."},
         {LossClass::beforeSession, "edited before the session had arrived",
          "What a guest changes before the session has arrived on the timeline is not sent."},
         {LossClass::left, "left before it was sent",

@@ -10,7 +10,6 @@ namespace Simulator {
 enum class LossClass : std::uint8_t {
     // The edit did not reach the cloud.
     outsideSession,
-    noSession,
     beforeSession,
     left,
     passedOver,

@@ -55,7 +55,7 @@ Reason whyNotSent(const History& history, const UserEdit& edit, std::string_view
     }
     const StayHistory& stay = history.stays[edit.stay];
     if (stay.session == nullptr) {
-        return LossClass::noSession;
+        return LossClass::outsideSession;
     }
     if (const std::string_view known = momentOf(edit, clip); !known.empty()) {
         moment = known;  // at that time
