@@ -1,0 +1,111 @@
+// Each known class of loss has a plan in the folder "Losses" that shows it.
+
+#include "Apps/Simulator/Outcome/Outcome.hpp"
+#include "Apps/Simulator/Verdict.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <set>
+
+namespace Simulator {
+
+namespace {
+
+std::string fileNameOf(std::string lossClass) {
+    std::ranges::replace(lossClass, ' ', '-');
+    return lossClass + ".plan";
+}
+
+Plan readPlanFile(const std::filesystem::path& path) {
+    std::ifstream file(path);
+    return readPlan(file);
+}
+
+std::set<std::string> classesIn(const Verdict& verdict) {
+    std::set<std::string> classes;
+    for (const ExplainedLoss& loss : verdict.outcome.explained) {
+        classes.insert(loss.lossClass);
+    }
+    return classes;
+}
+
+std::string textOf(const Findings& findings) {
+    std::string text;
+    for (const Finding& finding : findings) {
+        text += finding.rule + ": " + finding.what + '\n';
+    }
+    return text;
+}
+
+}  // namespace
+
+TEST(Losses, EachClassIsShownByItsPlanAndNothingStaysUnexplained) {
+    std::set<std::string> files;
+    for (const auto& file : std::filesystem::directory_iterator(LOSSES_FOLDER)) {
+        files.insert(file.path().filename().string());
+    }
+    for (const std::string& lossClass : lossClasses()) {
+        SCOPED_TRACE(lossClass);
+        ASSERT_EQ(files.erase(fileNameOf(lossClass)), 1U) << "No plan shows it.";
+        const Trial trial(readPlanFile(std::filesystem::path(LOSSES_FOLDER) / fileNameOf(lossClass)));
+        EXPECT_EQ(textOf(failuresOf(trial.verdict, {})), "");
+        EXPECT_TRUE(classesIn(trial.verdict).contains(lossClass));
+    }
+    EXPECT_EQ(files, std::set<std::string>()) << "Plans of classes that are no more.";
+}
+
+TEST(Losses, ALossIsNotExcusedByWhatHappenedToAnother) {
+    // A refused deletion explains the clip that it was of. The same trace with another clip gone is not explained by it.
+    Trial trial(readPlanFile(std::filesystem::path(LOSSES_FOLDER) / "refused-by-the-cloud.plan"));
+    ASSERT_TRUE(trial.verdict.outcome.findings.empty());
+    for (Stay& stay : trial.record.stays) {
+        stay.picture.rows.clear();
+        stay.picture.clips.clear();
+    }
+    const Outcome outcome = judgeOutcome(trial.record);
+    EXPECT_TRUE(hasRule(outcome.findings, "rowMissing"));
+    EXPECT_FALSE(hasRule(outcome.findings, "deletionLost"));
+}
+
+TEST(Losses, WhatDiffersOnATimelineIsNamed) {
+    std::istringstream text("seed 1\nanalysts 2\n2 Ann tag\n4 Ann tag\n8 Ben tag object=1\n");
+    Trial trial(readPlan(text));
+    ASSERT_EQ(textOf(failuresOf(trial.verdict, {})), "");
+    ASSERT_EQ(trial.verdict.outcome.explained.size(), 0U);
+    const auto rulesAfter = [&](const auto& change) {
+        Record record = trial.record;
+        change(record.stays.back().picture);
+        std::set<std::string> rules;
+        for (const Finding& finding : judgeOutcome(record).findings) {
+            rules.insert(finding.rule);
+        }
+        return rules;
+    };
+    using Rules = std::set<std::string>;
+    EXPECT_EQ(rulesAfter([](TimelinePicture& picture) { picture.clips.pop_back(); }), Rules{"clipMissing"});
+    EXPECT_EQ(rulesAfter([](TimelinePicture& picture) { picture.clips.push_back(picture.clips.front()); }),
+              Rules{"clipTwice"});
+    EXPECT_EQ(rulesAfter([](TimelinePicture& picture) { picture.clips.front().momentId.reset(); }),
+              (Rules{"clipMissing", "clipUnsent"}));
+    EXPECT_EQ(rulesAfter([](TimelinePicture& picture) { picture.clips.front().momentId = "gone"; }),
+              (Rules{"clipExtra", "clipMissing"}));
+    EXPECT_EQ(rulesAfter([](TimelinePicture& picture) { picture.clips.front().start += 1; }),
+              Rules{"clipValues"});
+    EXPECT_EQ(rulesAfter([](TimelinePicture& picture) { picture.clips.front().notes = "other"; }),
+              Rules{"clipValues"});
+    EXPECT_EQ(rulesAfter([](TimelinePicture& picture) { picture.clips.front().row = "Other"; }),
+              Rules{"clipOnWrongRow"});
+    EXPECT_EQ(rulesAfter([](TimelinePicture& picture) { std::swap(picture.rows[0], picture.rows[1]); }),
+              Rules{"rowOrder"});
+    EXPECT_EQ(rulesAfter([](TimelinePicture& picture) { picture.rows.back().color = Base::Color(1, 2, 3); }),
+              Rules{"rowColor"});
+    EXPECT_EQ(rulesAfter([](TimelinePicture& picture) { picture.rows.push_back(picture.rows.back()); }),
+              Rules{"rowTwice"});
+    EXPECT_EQ(rulesAfter([](TimelinePicture& picture) { picture.rows.back().name = "Other"; }),
+              (Rules{"rowExtra", "rowMissing"}));
+}
+
+}  // namespace Simulator
