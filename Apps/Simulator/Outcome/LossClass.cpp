@@ -39,9 +39,6 @@ const std::vector<LossClassText>& lossClassTexts() {
         {LossClass::takenAwayAgain, "taken away again",
          "A deletion that was taken back within a second or two comes back from the cloud, and takes the "
          "clip away once more, for all."},
-        {LossClass::takenAwayAgain, "taken away again",
-         "A deletion that was taken back within a second or two comes back from the cloud, and takes the clip "
-         "away once more, for all."},
         {LossClass::noCodingTarget, "the timeline could not be edited",
          "The change came in while the timeline could not be edited."},
         {LossClass::noRow, "no row for the clip",
@@ -61,9 +58,9 @@ const std::vector<LossClassText>& lossClassTexts() {
          "new name of the first, and "
          "is on the first."},
         {LossClass::strayClip, "renamed by a stray clip",
-         "A row was renamed by an analyst on whose timeline a clip of another row stood on it: where that "
-         "clip is on its own row, this "
-         "row got the name."},
+         "A clip stood on a row of another name than its own; when it was renamed, so was that row, though "
+         "its other clips were "
+         "not."},
         {LossClass::sentWithoutRow, "sent without its row",
          "The application handed out a clip that did not know its row; to the others it is on a row without "
          "a name."},

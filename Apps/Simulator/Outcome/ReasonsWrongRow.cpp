@@ -63,6 +63,9 @@ public:
             if (const Reason reason = whyRenamedWithout(moment_, *naming.moment)) {
                 return reason;
             }
+            if (!wasRenamedFrom(*naming.moment, history_.entry(naming.at).field("oldName"))) {
+                return LossClass::strayClip;
+            }
         }
         return std::nullopt;
     }
@@ -123,6 +126,14 @@ private:
                                          naming < arrival.at;
                               });
                });
+    }
+
+    /// Somebody gave the moment the row's present name in place of that one. If not, it stood on the row though it was of another.
+    bool wasRenamedFrom(const MomentHistory& moment, std::string_view name) const {
+        std::string_view code;
+        return std::ranges::any_of(moment.changes, [&](const ReferenceHost::RemoteChange* change) {
+            return std::exchange(code, codeIn(*change, moment)) == name && code == clip_->row;
+        });
     }
 
     /// In that stay, before that entry.
@@ -206,10 +217,26 @@ private:
                 if (!wasThere(other, *creation, *rename, edit)) {
                     return LossClass::renamedMeanwhile;
                 }
+                if (const Reason reason = whyStillThere(other, *rename)) {
+                    return reason;
+                }
                 if (const Reason reason =
                         edit != nullptr ? whyNotSent(history_, *edit, {}, other.last->id) : std::nullopt) {
                     return reason;
                 }
+            }
+        }
+        return std::nullopt;
+    }
+
+    /// The call's author had deleted the moment's clip before, and the cloud still has it.
+    Reason whyStillThere(const MomentHistory& moment, const Call& call) const {
+        for (const std::size_t index : history_.stays[call.stay].edits) {
+            const UserEdit& edit = history_.edits[index];
+            const auto place = std::ranges::find(edit.moments, moment.last->id);
+            if (edit.at < call.at && place != edit.moments.end() &&
+                (edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow)) {
+                return whyNotSent(history_, edit, {}, *place);
             }
         }
         return std::nullopt;
