@@ -22,7 +22,6 @@ enum class LossClass : std::uint8_t {
     broughtBackTwice,
     undoneLater,
     takenAwayAgain,
-    takenAwayAgain,
 
     // It did not reach a timeline.
     neverFetched,
