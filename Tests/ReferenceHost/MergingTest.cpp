@@ -180,7 +180,10 @@ TEST_F(UserEditsTest, ARowsNewNameWaitsUntilTheClipsThatWereOnItAreWrittenWithIt
     timeline->addRow("Corner", grey, 1);
     EXPECT_EQ(unsaved(), "Corner<Shot") << "The row has its old name in the list.";
     timeline->appendRemoteInstance("Goal", "another", 3, 4, {}, grey);
-    clip->didWrite(clip->editNumbers());
+    const auto partial = timeline->timelineFromModifyCount(0, false);  // an upload writes such copies
+    const auto copies = partial->allRows()->front()->allInstances();
+    const auto copy = std::dynamic_pointer_cast<TimelineInstance>(copies->front());
+    copy->didWrite(copy->editNumbers());
     EXPECT_EQ(unsaved(), "Goal Goal Corner<Goal") << "What came afterwards has the name already.";
 
     save();
@@ -220,6 +223,8 @@ TEST_F(UserEditsTest, WhatIsReceivedLeavesAsItIsWhatTheUserHasSetSince) {
     EXPECT_EQ(receive(false, true, nullptr), "7-8 later");
     EXPECT_EQ(receive(true, true, nullptr), "3-4 later");
     EXPECT_EQ(receive(true, true, [](EditNumbers all) { return all; }), "7-8 theirs");
+    const auto allButNotes = [](EditNumbers all) { return EditNumbers{all.code, all.times, all.code}; };
+    EXPECT_EQ(receive(true, true, allButNotes), "7-8 later");
     EXPECT_EQ(receive(false, false, [](EditNumbers) { return EditNumbers(); }), "1-2 mine")
         << "The moment goes up to none of his edits.";
 }
