@@ -61,6 +61,28 @@ Reason whyClipDiffers(const History& history, const Loss& loss) {
     return std::nullopt;
 }
 
+/// Whoever has renamed the row did not have the clip on it.
+Reason whyNotRenamed(const History& history, const Loss& loss) {
+    const MomentHistory& moment = *history.moment(loss.moment);
+    for (const UserEdit& edit : history.edits) {
+        if (edit.kind != EditKind::renameRow || edit.oldName != moment.last->code || edit.stay == never ||
+            history.stays[edit.stay].session != moment.session) {
+            continue;
+        }
+        if (wasReadAsDeleted(history, moment, loss.moment)) {
+            return LossClass::unreadable;
+        }
+        Loss missing;
+        missing.kind = LossKind::clipMissing;
+        missing.stay = edit.stay;
+        missing.moment = loss.moment;
+        if (const Reason reason = whyNotArrived(history, missing)) {
+            return reason;
+        }
+    }
+    return std::nullopt;
+}
+
 }  // namespace
 
 bool hadNoTarget(const History& history, const StayHistory& stay, std::size_t at) {
@@ -102,7 +124,8 @@ Reason explain(const History& history, const Loss& loss) {
         return reason;
     }
     if (loss.kind == LossKind::clipOnWrongRow) {
-        return whyOnWrongRow(history, loss);
+        const Reason reason = whyOnWrongRow(history, loss);
+        return reason ? reason : whyNotRenamed(history, loss);
     }
     if (loss.kind == LossKind::clipTwice) {
         return whyThereTwice(history, loss);
