@@ -61,6 +61,22 @@ Reason whyClipDiffers(const History& history, const Loss& loss) {
     return std::nullopt;
 }
 
+/// The clip's own timeline did not know yet, at that entry, that the moment stands for it.
+bool wasUnnamed(const History& history, const MomentHistory& moment, const UserEdit& edit) {
+    const StayHistory& stay = history.stays[edit.stay];
+    const std::string& id = moment.last->id;
+    return edit.timelineId == moment.last->originTimelineId &&
+           std::ranges::none_of(stay.calls,
+                                [&](std::size_t number) {
+                                    const Call& call = history.calls[number];
+                                    return call.answered < edit.at &&
+                                           std::ranges::find(call.answer, id) != call.answer.end();
+                                }) &&
+           std::ranges::none_of(moment.placements, [&](const Placement& placement) {
+               return placement.stay == edit.stay && placement.at < edit.at;
+           });
+}
+
 /// Whoever has renamed the row did not have the clip on it.
 Reason whyNotRenamed(const History& history, const Loss& loss) {
     const MomentHistory& moment = *history.moment(loss.moment);
@@ -71,6 +87,9 @@ Reason whyNotRenamed(const History& history, const Loss& loss) {
         }
         if (wasReadAsDeleted(history, moment, loss.moment)) {
             return LossClass::unreadable;
+        }
+        if (wasUnnamed(history, moment, edit)) {
+            return LossClass::renamedMeanwhile;
         }
         Loss missing;
         missing.kind = LossKind::clipMissing;

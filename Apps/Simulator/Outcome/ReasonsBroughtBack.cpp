@@ -98,7 +98,8 @@ bool wasSentWithoutItsName(const History& history, const MomentHistory& moment) 
     const std::uint64_t sequence = moment.changes.front()->sequence;
     return std::ranges::any_of(history.calls, [&](const Call& call) {
         if (call.stay == never || call.accepted == nullptr || call.name != "createMoments" ||
-            history.stays[call.stay].session != moment.session || call.accepted->sequenceAfter != sequence) {
+            history.stays[call.stay].session != moment.session || call.accepted->sequenceBefore >= sequence ||
+            call.accepted->sequenceAfter < sequence) {
             return false;
         }
         const Stay& stay = *history.stays[call.stay].stay;
