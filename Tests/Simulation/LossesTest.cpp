@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <regex>
 #include <set>
 
 namespace Simulator {
@@ -55,6 +56,20 @@ TEST(Losses, EachClassIsShownByItsPlanAndNothingStaysUnexplained) {
         EXPECT_TRUE(classesIn(trial.verdict).contains(lossClass));
     }
     EXPECT_EQ(files, std::set<std::string>()) << "Plans of classes that are no more.";
+}
+
+TEST(Losses, EachClassIsInTheDocumentAndNoOther) {
+    std::ifstream document(GUARANTEES_FILE);
+    std::set<std::string> described;
+    const std::regex row(R"(^\| ([a-z ]+) \| .* \| [0-9]+ \|$)");
+    std::smatch found;
+    for (std::string line; std::getline(document, line);) {
+        if (std::regex_match(line, found, row)) {
+            described.insert(found[1]);
+        }
+    }
+    const std::vector<std::string> classes = lossClasses();
+    EXPECT_EQ(described, std::set<std::string>(classes.begin(), classes.end()));
 }
 
 TEST(Losses, ALossIsNotExcusedByWhatHappenedToAnother) {
