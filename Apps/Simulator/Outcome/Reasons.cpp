@@ -57,6 +57,7 @@ Reason whyClipDiffers(const History& history, const Loss& loss) {
         if (arrival == &stay.arrivals.front() && arrival->isPull && wasThereBefore) {
             return LossClass::deletedWhileAway;
         }
+        return whyThereTwice(history, loss);  // and one of the two was taken away
     }
     return std::nullopt;
 }
