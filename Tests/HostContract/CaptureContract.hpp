@@ -162,6 +162,14 @@ TEST_P(CaptureContract, EndsWhatItPublishesWithTheCaptureAlsoBeforeTheStreamIsLi
         EXPECT_EQ(std::ranges::count(told, about("live")), 0) << "Nothing begins any more.";
         told.clear();
     }
+    (void)fixture->startCapture();
+    EXPECT_TRUE(publish().succeeded());
+    capture().endCapturing();
+    told.clear();
+    id = fixture->startCapture();
+    EXPECT_TRUE(publish().succeeded());
+    fixture->settle();
+    EXPECT_EQ(told, (Words{about("starting"), about("live")})) << "Not a word about the one before.";
 }
 
 TEST_P(CaptureContract, ShowsItsOneWindowInFront) {

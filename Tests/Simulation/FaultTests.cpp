@@ -19,13 +19,12 @@ Record runWith(const std::string& faults) {
         "10 Ann tagNewCode\n10 Ben tag object=1\n16 Ann retime\n16 Ben retime object=1\n"
         "30 Ann addRow\n40 Ann deleteClip\n40 Ben deleteClip\n70 Ann addRow\n90 Ann note\n" +
         faults);
-    std::vector<std::string> lines;
+    std::multimap<double, std::string> lines;  // in the order of their times
     for (std::string line; std::getline(steps, line);) {
-        lines.push_back(line);
+        lines.emplace(std::stod(line), line);
     }
-    std::ranges::stable_sort(lines, {}, [](const std::string& line) { return std::stod(line); });
     std::string text = "seed 1\nanalysts 2\n";
-    for (const std::string& line : lines) {
+    for (const auto& [at, line] : lines) {
         text += line + '\n';
     }
     std::istringstream plan(text);
