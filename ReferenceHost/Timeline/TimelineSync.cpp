@@ -9,8 +9,6 @@
 
 namespace ReferenceHost {
 
-using Base::synchronized;
-
 std::shared_ptr<TimelineInstance> Timeline::findInstanceOf(const std::string& externalId) const {
     const auto entries = byExternalId_.find(externalId);
     if (entries == byExternalId_.end()) {
