@@ -72,6 +72,9 @@ bool Campaign::run() {
 bool Campaign::take(const SeedResult& result) {
     tally_.add(result);
     for (const Finding& finding : result.failures) {
+        if (options_.list) {
+            out_ << "seed " << result.seed << ' ' << finding.rule << ": " << finding.what << '\n';
+        }
         if (std::ranges::find(failures_, finding.rule, &Failure::rule) == failures_.end() &&
             failures_.size() < options_.failures) {
             failures_.push_back({result.seed, finding.rule, result.failures});

@@ -42,6 +42,7 @@ What is written besides the report:
   --trace FILE        the trace of a single run
   --plans FOLDER      where the shortened plans of failures go (default: a temporary folder)
   --save-classes FOLDER   for each class of loss that was met, a shortened plan that shows it
+  --list              each finding of each seed that fails, on a line
   --coverage          how often each edit, fault, loss and failure was exercised
   --require-coverage  and what never was is a failure
 

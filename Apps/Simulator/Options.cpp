@@ -87,6 +87,7 @@ const std::map<std::string, Setter>& valueOptions() {
 const std::map<std::string, std::function<void(Options&)>>& switches() {
     static const std::map<std::string, std::function<void(Options&)>> switches{
         {"--no-faults", [](Options& o) { o.plan.faults = false; }},
+        {"--list", [](Options& o) { o.list = true; }},
         {"--coverage", [](Options& o) { o.coverage = true; }},
         {"--require-coverage", [](Options& o) { o.coverage = o.requireCoverage = true; }},
         {"--all", [](Options& o) { o.drawing.everything = true; }},

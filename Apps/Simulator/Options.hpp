@@ -32,6 +32,7 @@ struct Options {
     std::optional<std::string> traceFile;    ///< the trace of the only run
     std::optional<std::string> plansFolder;  ///< for the shortened plans of failures; absent: a temporary one
     std::optional<std::string> classesFolder;  ///< for one shortened plan of each loss class
+    bool list = false;  ///< every finding of every seed, on a line each, as soon as it is there
     bool coverage = false;
     bool requireCoverage = false;
 
