@@ -113,6 +113,11 @@ bool ContentsCheck::isLiving(std::string_view sessionId, std::string_view moment
 }
 
 void ContentsCheck::edited(const Entry& entry, State& state) {
+    // A clip that an earlier stay left on the timeline, and the one that came for it in this stay: two may stand for one moment.
+    const auto other = state.clips.find(entry.field("moment"));
+    if (other != state.clips.end() && other->second != entry.field("clip")) {
+        leaveOut(state, entry.field("moment"));
+    }
     const std::string_view what = entry.field("what");
     const bool removes = what.starts_with("delete") || what == "removeRow";
     const bool restores = what.starts_with("undo");
@@ -189,6 +194,7 @@ void ContentsCheck::created(const Entry& entry, State& state) {
     for (const std::string_view clip : Ids(entry.field("ids"))) {
         const auto known = state.moments.find(clip);
         if (known != state.moments.end() && known->second.since < pass->start &&
+            !entry.host->wasHeldSince(known->second.time) &&
             isLiving(entry.field("taggingSessionId"), known->second.momentId)) {
             report_.add("createdTwice", entry,
                         "the clip " + std::string(clip) + " is created again, though " +

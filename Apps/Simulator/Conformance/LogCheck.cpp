@@ -99,12 +99,13 @@ void LogCheck::readAnswer(const Entry& entry) {
     };
     if (!error.empty()) {
         const auto* const line = std::ranges::find(failureLines, operation, &FailureLine::operation);
-        const bool isHeard = operation != Operation::fetch || entry.synchroniser == nullptr ||
-                             !entry.synchroniser->isCancelled;
-        if (line != failureLines.end() && isHeard) {
+        const bool isOfCancelled =
+            operation == Operation::fetch && entry.synchroniser != nullptr && entry.synchroniser->isCancelled;
+        // A fetch does not name its timeline: it may be of the synchroniser that took this one's place there.
+        if (line != failureLines.end() && (!isOfCancelled || entry.synchroniser->sharesTimeline)) {
             expect(line->beginning, line->end);
             // Others may ask for a video, too.
-            all.back().isCertain = operation != Operation::getVideo;
+            all.back().isCertain = operation != Operation::getVideo && !isOfCancelled;
         }
         if (isStep(operation)) {
             all.push_back(Expected{entry.synchroniser, entry.call, someFailed, {}, {}});
