@@ -53,7 +53,7 @@ private:
     void ended(const Entry& entry, State& state);
     void hidden(const Entry& entry);
     void leaveOut(State& state, std::string_view momentId);
-    static void edited(const Entry& entry, State& state);
+    void edited(const Entry& entry, State& state);
     void know(const Entry& entry, State& state, std::string_view clip, std::string_view momentId);
     static void forgetMoment(State& state, std::string_view momentId);
     [[nodiscard]] bool isLiving(std::string_view sessionId, std::string_view momentId) const;
