@@ -167,8 +167,15 @@ Reason explain(const History& history, const Loss& loss) {
     if (loss.kind >= LossKind::newRowLost) {
         return whyRowEditIsLost(history, loss);
     }
-    const Reason reason = whyClipEditIsLost(history, loss);
-    return reason ? reason : whyOfBroughtBack(history, loss);
+    if (const Reason reason = whyClipEditIsLost(history, loss)) {
+        return reason;
+    }
+    if (loss.kind == LossKind::deletionLost) {
+        if (const Reason reason = whyDeletionIsLost(history, loss)) {
+            return reason;
+        }
+    }
+    return whyOfBroughtBack(history, loss);
 }
 
 }  // namespace Simulator

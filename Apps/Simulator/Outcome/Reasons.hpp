@@ -48,12 +48,18 @@ using Reason = std::optional<LossClass>;
 /// The cloud's clip is not as users wanted it, though this edit was sent; or it is there more than once.
 [[nodiscard]] Reason whyClipEditIsLost(const History& history, const Loss& loss);
 
+/// A clip whose deletion was sent, or seems to have been, is in the cloud.
+[[nodiscard]] Reason whyDeletionIsLost(const History& history, const Loss& loss);
+
 /// Why this is not as it should be; absent: nothing that is known explains it.
 [[nodiscard]] Reason explain(const History& history, const Loss& loss);
 
 /// The clips of that stay's timeline that stand or stood for the moment.
 [[nodiscard]] std::vector<std::string_view> clipsOf(const History& history, std::size_t stay,
                                                     std::string_view moment);
+
+/// The call that made the moment; null: it is not in the trace.
+[[nodiscard]] const Call* creationOf(const History& history, const MomentHistory& moment);
 
 /// The user's last edit of one of these clips on that timeline; null: none.
 [[nodiscard]] const UserEdit* lastEditOf(const History& history, std::string_view timelineId,

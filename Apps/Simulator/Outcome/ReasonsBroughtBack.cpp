@@ -113,18 +113,6 @@ bool wasSentWithoutItsName(const History& history, const MomentHistory& moment) 
     });
 }
 
-/// The clip was deleted before it had a name in the cloud, and its user left before it got one.
-bool wasDeletedUnnamed(const History& history, const Loss& loss) {
-    const StayHistory& stay = history.stays[loss.edit->stay];
-    const auto place = std::ranges::find(loss.edit->clips, loss.clip);
-    return takesAway(*loss.edit) && place != loss.edit->clips.end() &&
-           loss.edit->moments[static_cast<std::size_t>(place - loss.edit->clips.begin())].empty() &&
-           !stay.stay->lasts &&
-           std::ranges::none_of(history.moment(loss.moment)->placements, [&](const Placement& placement) {
-               return placement.stay == loss.edit->stay && placement.at > loss.edit->at;
-           });
-}
-
 /// The clip got no name on its timeline, and somebody else deleted its moment before the timeline could hear of it.
 bool wasDeletedUnheard(const History& history, const Loss& loss) {
     const std::string& timelineId = history.stays[loss.stay].stay->timelineId;
@@ -175,9 +163,6 @@ Reason whyOfBroughtBack(const History& history, const Loss& loss) {
         }
         if (loss.kind == LossKind::tagLost && wasTakenAwayAgain(history, *edit, edited)) {
             return LossClass::takenAwayAgain;
-        }
-        if (loss.kind == LossKind::deletionLost && wasDeletedUnnamed(history, loss)) {
-            return LossClass::left;
         }
     }
     const std::vector<SharedClip> clips = findSharedClips(history);

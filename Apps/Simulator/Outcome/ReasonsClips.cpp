@@ -9,17 +9,6 @@ namespace Simulator {
 
 namespace {
 
-/// The call that made the moment; null: it is not in the trace.
-const Call* creationOf(const History& history, const MomentHistory& moment) {
-    const std::uint64_t sequence = moment.changes.front()->sequence;
-    const auto found = std::ranges::find_if(history.calls, [&](const Call& call) {
-        return call.stay != never && history.stays[call.stay].session == moment.session &&
-               call.accepted != nullptr && call.accepted->sequenceBefore < sequence &&
-               sequence <= call.accepted->sequenceAfter;
-    });
-    return found != history.calls.end() ? &*found : nullptr;
-}
-
 /// The moment was made for a clip that its user had taken back.
 bool wasBroughtBack(const History& history, const MomentHistory& moment) {
     const Call* creation = creationOf(history, moment);
@@ -47,6 +36,16 @@ std::string_view editedMoment(const Loss& loss) {
 }
 
 }  // namespace
+
+const Call* creationOf(const History& history, const MomentHistory& moment) {
+    const std::uint64_t sequence = moment.changes.front()->sequence;
+    const auto found = std::ranges::find_if(history.calls, [&](const Call& call) {
+        return call.stay != never && history.stays[call.stay].session == moment.session &&
+               call.accepted != nullptr && call.accepted->sequenceBefore < sequence &&
+               sequence <= call.accepted->sequenceAfter;
+    });
+    return found != history.calls.end() ? &*found : nullptr;
+}
 
 Reason whyClipEditIsLost(const History& history, const Loss& loss) {
     const std::vector<SharedClip> clips = findSharedClips(history);

@@ -1,0 +1,94 @@
+// Why a clip is in the cloud although the last word about it was its deletion.
+
+#include "Apps/Simulator/Outcome/Reasons.hpp"
+
+#include <algorithm>
+
+namespace Simulator {
+
+namespace {
+
+/// The moment had come to this stay as an answer to a creation before one entry, or with a change before another.
+bool wasHeardOf(const History& history, std::size_t stay, std::string_view id, std::size_t answered = never,
+                std::size_t placed = never) {
+    const bool wasAnswered = std::ranges::any_of(history.stays[stay].calls, [&](std::size_t number) {
+        const Call& call = history.calls[number];
+        return call.answered < answered && std::ranges::find(call.answer, id) != call.answer.end();
+    });
+    const MomentHistory* moment = history.moment(id);
+    return wasAnswered ||
+           (moment != nullptr && std::ranges::any_of(moment->placements, [&](const Placement& placement) {
+                return placement.stay == stay && placement.at < placed;
+            }));
+}
+
+/// The timeline had not received its session when the upload of the deletion was made: it did not know what to delete.
+Reason whyNotKnownYet(const History& history, const Loss& loss) {
+    const StayHistory& stay = history.stays[loss.edit->stay];
+    if (stay.stay->isHost) {
+        return std::nullopt;
+    }
+    const auto upload = std::ranges::find_if(stay.uploads, [&](const Upload& candidate) {
+        return candidate.start > loss.edit->at && candidate.covers(loss.edit->count);
+    });
+    const std::size_t sent = upload != stay.uploads.end() ? upload->start : never;
+    // An answer that comes after the deletion finds no clip any more that it could name.
+    if (wasHeardOf(history, loss.edit->stay, loss.moment, loss.edit->at, sent)) {
+        return std::nullopt;
+    }
+    const auto pull = std::ranges::find_if(stay.arrivals, &Arrival::isPull);
+    if (pull == stay.arrivals.end()) {
+        return LossClass::neverFetched;
+    }
+    return pull->at > loss.edit->at ? Reason(LossClass::beforeSession) : std::nullopt;
+}
+
+/// The timeline that had made the clip did not know yet which moment was its clip's when somebody deleted that one: an edit has
+/// sent the clip anew.
+bool wasSentAnew(const History& history, const Loss& loss) {
+    const MomentHistory& living = *history.moment(loss.moment);
+    const Call* creation = creationOf(history, living);
+    if (creation == nullptr) {
+        return false;
+    }
+    const auto& uploads = history.stays[creation->stay].uploads;
+    return std::ranges::any_of(history.moments, [&](const auto& known) {
+        const MomentHistory& other = known.second;
+        return !other.lives && other.session == living.session &&
+               other.last->originInstanceId == living.last->originInstanceId &&
+               other.last->originTimelineId == living.last->originTimelineId &&
+               std::ranges::any_of(uploads, [&](const Upload& upload) {
+                   return upload.start < creation->at && creation->at < upload.end &&
+                          !wasHeardOf(history, creation->stay, known.first, upload.start, upload.start);
+               });
+    });
+}
+
+/// The clip had no name in the cloud when it was deleted; once it had, the cloud could not be told before its user left.
+bool wasLeftBeforeItWasTold(const History& history, const Loss& loss) {
+    const StayHistory& stay = history.stays[loss.edit->stay];
+    const auto isRemoval = [&](const Call& call) {
+        return call.at > loss.edit->at && call.name == "removeMoments" &&
+               std::ranges::find(call.ids, loss.moment) != call.ids.end();
+    };
+    return !stay.stay->lasts &&
+           !wasHeardOf(history, loss.edit->stay, loss.moment, loss.edit->at, loss.edit->at) &&
+           std::ranges::all_of(stay.calls, [&](std::size_t number) {
+               const Call& call = history.calls[number];
+               return !isRemoval(call) || call.failed;
+           });
+}
+
+}  // namespace
+
+Reason whyDeletionIsLost(const History& history, const Loss& loss) {
+    if (const Reason reason = whyNotKnownYet(history, loss)) {
+        return reason;
+    }
+    if (wasSentAnew(history, loss)) {
+        return LossClass::deletedWhileAway;
+    }
+    return wasLeftBeforeItWasTold(history, loss) ? Reason(LossClass::left) : std::nullopt;
+}
+
+}  // namespace Simulator
