@@ -82,7 +82,11 @@ bool LogCheck::wasExpected(const Entry& entry) {
                message.starts_with(line.beginning) && message.ends_with(line.end) &&
                message.substr(line.beginning.size(), line.error.size()) == line.error;
     };
-    const auto found = std::ranges::find_if(all, fits);
+    auto found =
+        std::ranges::find_if(all, [&](const Expected& line) { return line.isCertain && fits(line); });
+    if (found == all.end()) {
+        found = std::ranges::find_if(all, fits);
+    }
     if (found == all.end()) {
         return false;
     }

@@ -55,16 +55,26 @@ bool wasDeletedBeforeJoining(const History& history, const UserEdit& undo, std::
            });
 }
 
-/// A timeline that could not be edited kept the clip when it was deleted, and has sent it anew.
-bool wasKeptWithoutTarget(const History& history, const SharedClip& clip) {
-    return std::ranges::any_of(clip.livingMoments, [&](std::string_view livingId) {
-        const MomentHistory& living = *history.moment(livingId);
+/// A timeline that could not be edited kept the clip when it was deleted, and has sent it anew: it lives, or is the one of two that
+/// the user has deleted.
+bool wasKeptWithoutTarget(const History& history, const SharedClip& clip, const Loss& loss) {
+    std::vector<std::string_view> atIssue = clip.livingMoments;
+    if (loss.kind == LossKind::deletionLost) {
+        const auto place = std::ranges::find(loss.edit->clips, loss.clip) - loss.edit->clips.begin();
+        atIssue.push_back(loss.edit->moments[static_cast<std::size_t>(place)]);
+    }
+    return std::ranges::any_of(atIssue, [&](std::string_view id) {
+        const MomentHistory* found = history.moment(id);
+        if (found == nullptr) {
+            return false;
+        }
+        const MomentHistory& living = *found;
         return std::ranges::any_of(history.stays, [&](const StayHistory& stay) {
             return stay.session == living.session && stay.stay->timelineId == living.last->originTimelineId &&
                    std::ranges::any_of(stay.arrivals, [&](const Arrival& arrival) {
                        return hadNoTarget(history, stay, arrival.at) &&
-                              std::ranges::any_of(clip.moments, [&](std::string_view id) {
-                                  const std::uint64_t deletion = deletionOf(*history.moment(id));
+                              std::ranges::any_of(clip.moments, [&](std::string_view deleted) {
+                                  const std::uint64_t deletion = deletionOf(*history.moment(deleted));
                                   return deletion != 0 && (arrival.isPull ? arrival.sequence >= deletion
                                                                           : arrival.sequence == deletion);
                               });
@@ -172,7 +182,7 @@ Reason whyOfBroughtBack(const History& history, const Loss& loss) {
     if (clip == clips.end()) {
         return std::nullopt;
     }
-    if (wasKeptWithoutTarget(history, *clip)) {
+    if (wasKeptWithoutTarget(history, *clip, loss)) {
         return LossClass::noCodingTarget;
     }
     for (const std::string_view id : clip->moments) {
