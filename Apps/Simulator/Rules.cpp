@@ -22,6 +22,7 @@ constexpr std::array cloudRules{
     NamedRule<CloudRules>("senderIsTold", &CloudRules::senderIsTold),
     NamedRule<CloudRules>("deliveredInOrder", &CloudRules::deliveredInOrder),
     NamedRule<CloudRules>("subscriptionStartsAtLastFetch", &CloudRules::subscriptionStartsAtLastFetch),
+    NamedRule<CloudRules>("fetchesHoldOwnWrites", &CloudRules::fetchesHoldOwnWrites),
     NamedRule<CloudRules>("createIsIdempotent", &CloudRules::createIsIdempotent),
     NamedRule<CloudRules>("createSessionGivesPrimary", &CloudRules::createSessionGivesPrimary),
     NamedRule<CloudRules>("unknownIdsAreIgnored", &CloudRules::unknownIdsAreIgnored),

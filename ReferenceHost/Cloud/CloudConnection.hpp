@@ -142,6 +142,8 @@ private:
     std::map<std::uint64_t, std::shared_ptr<PendingCall>> calls_;  // under way
     std::map<std::string, std::uint64_t> lastFetches_;             // by session
     std::map<Listening, std::uint64_t> lastDeliveries_;
+    std::map<std::string, std::uint64_t>
+        answeredWrites_;  // by session: the last change that an answered write has made
     std::uint64_t lastRoute_ = 0;
     std::map<std::uint64_t, Route> routes_;  // until cancelled
 };

@@ -101,6 +101,9 @@ void CloudConnection::arrive(const std::shared_ptr<PendingCall>& call, std::uint
         call->fail(requestFailed());
     } else if (!isRepetition) {
         call->perform(service_, fault);
+        if (isWrite(call->info.operation)) {
+            call->lastSequence = service_.lastSequence(call->info.sessionId);
+        }
         recordEffect(*call);
         Base::synchronized(lock_, [&] { call->isPerformed = true; });
     }
@@ -135,9 +138,22 @@ void CloudConnection::recordEffect(const PendingCall& call) {
 }
 
 void CloudConnection::bringAnswer(const std::shared_ptr<PendingCall>& call, std::uint64_t attempt) {
-    const bool arrives =
-        Base::synchronized(lock_, [&] { return call->attempt == attempt && call->epoch == epoch_; });
-    if (arrives) {
+    const bool holdsOwnWrites = rules().fetchesHoldOwnWrites;
+    bool isStale = false;
+    const bool arrives = Base::synchronized(lock_, [&] {
+        isStale = holdsOwnWrites && std::ranges::any_of(call->fetched, [&](const FetchedSession& fetched) {
+                      const auto written = answeredWrites_.find(fetched.sessionId);
+                      return written != answeredWrites_.end() && written->second > fetched.sequence;
+                  });
+        const bool isAwaited = call->attempt == attempt && call->epoch == epoch_;
+        if (isAwaited && isStale) {
+            forgetFetches(*call);
+        }
+        return isAwaited;
+    });
+    if (arrives && isStale) {
+        dispatch(call);
+    } else if (arrives) {
         complete(call);
     }
 }
@@ -215,6 +231,10 @@ void CloudConnection::complete(const std::shared_ptr<PendingCall>& call) {
     const std::lock_guard gate(gate_);
     const bool isFirst = Base::synchronized(lock_, [&] {
         ++call->attempt;
+        if (isWrite(call->info.operation)) {
+            std::uint64_t& known = answeredWrites_[call->info.sessionId];
+            known = std::max(known, call->lastSequence);
+        }
         return calls_.erase(call->info.number) != 0;
     });
     if (isClosed_ || !isFirst) {

@@ -13,6 +13,9 @@ struct CloudRules {
     /// A subscription begins with what has happened since its client's last fetch, or with the first change when there was none, but not
     /// with what its timeline has been told already. Broken: with the next change.
     bool subscriptionStartsAtLastFetch = true;
+    /// What a fetch brings is not older than the writes of the same client that were answered meanwhile. Broken: it is what the
+    /// service had when it was asked.
+    bool fetchesHoldOwnWrites = true;
     /// A second creation for one (timeline id, instance id) updates the living moment. Broken: it makes another moment.
     bool createIsIdempotent = true;
     /// A video with a tagging session gets no second one. Broken: each request makes one, and the first stays primary.

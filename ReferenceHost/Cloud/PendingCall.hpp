@@ -63,6 +63,7 @@ public:
     bool isNeverAnswered = false;
     std::optional<Base::Seconds> lostSince;
     std::vector<FetchedSession> fetched;
+    std::uint64_t lastSequence = 0;  ///< of a write: the last change of its session after its effect
 };
 
 void describe(TraceFields& fields, bool answer);

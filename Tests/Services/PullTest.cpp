@@ -117,5 +117,21 @@ TEST_F(PullTest, EditsMadeDuringALaterPullAreSentBeforeItsReplyIsApplied) {
     EXPECT_EQ(remote().moments.front()->end, 3);
 }
 
+TEST_F(PullTest, AClipThatTheCloudNamesDuringASlowPullIsNotTakenForDeleted) {
+    ann().start(sessionId());
+    settle();
+    // A change on its way in sends the new clip, whose creation is repeated after the reconnection's fetch was made.
+    const auto clip = ann().tag("Attack", 3, 4);
+    retimeRemoteMoment(momentId, 1, 3);
+    trace.clear();
+    ASSERT_TRUE(time.runUntil([&] { return !cloudCalls(ann()).empty(); }, Base::Seconds(1)));
+    ann().faultNext(Operation::fetchTaggingSessions, Kind::none, 5);
+    ann().host.setLinkUp(false);
+    ann().host.setLinkUp(true);
+    settle();
+    EXPECT_EQ(pictureOf(*ann().timeline), "Attack(10,20,30): 1-3/" + momentId + " 3-4/session-1.moment-2\n");
+    EXPECT_EQ(ann().row("Attack")->allInstances()->back()->uniqueId(), clip->uniqueId());
+}
+
 }  // namespace
 }  // namespace RemoteCoding
