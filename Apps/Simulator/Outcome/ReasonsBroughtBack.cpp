@@ -47,11 +47,25 @@ bool wasBroughtBackTwice(const SharedClip& clip) {
     return timelines.size() > 1 && clip.moments.size() > 2;
 }
 
-/// The clip was deleted on this timeline before its analyst left, or outside of the session.
+/// The deletion was told to the cloud by the synchroniser of an earlier stay, which was still sending.
+bool wasSentByAnEarlierStay(const History& history, const UserEdit& removal, std::string_view clip) {
+    const auto place = std::ranges::find(removal.clips, clip) - removal.clips.begin();
+    const std::string_view moment = removal.moments[static_cast<std::size_t>(place)];
+    return std::ranges::any_of(history.calls, [&](const Call& call) {
+        return call.at > removal.at && call.name == "removeMoments" && call.accepted != nullptr &&
+               call.stay < removal.stay && removal.stay != never &&
+               history.stays[call.stay].stay->timelineId == removal.timelineId &&
+               std::ranges::find(call.ids, moment) != call.ids.end();
+    });
+}
+
+/// The clip was deleted on this timeline before its analyst left, or outside of the session; or the cloud has its deletion from
+/// then.
 bool wasDeletedBeforeJoining(const History& history, const UserEdit& undo, std::string_view clip) {
     return restores(undo) && std::ranges::any_of(history.edits, [&](const UserEdit& edit) {
-               return takesAway(edit) && edit.at < undo.at && edit.stay != undo.stay &&
-                      std::ranges::find(edit.clips, clip) != edit.clips.end();
+               return takesAway(edit) && edit.at < undo.at &&
+                      std::ranges::find(edit.clips, clip) != edit.clips.end() &&
+                      (edit.stay != undo.stay || wasSentByAnEarlierStay(history, edit, clip));
            });
 }
 

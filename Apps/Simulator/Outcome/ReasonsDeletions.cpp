@@ -64,19 +64,32 @@ bool wasSentAnew(const History& history, const Loss& loss) {
     });
 }
 
-/// The clip had no name in the cloud when it was deleted; once it had, the cloud could not be told before its user left.
-bool wasLeftBeforeItWasTold(const History& history, const Loss& loss) {
+/// The clip had no name in the cloud when it was deleted, and each try to tell the cloud later has failed.
+Reason whyNotToldLater(const History& history, const Loss& loss) {
     const StayHistory& stay = history.stays[loss.edit->stay];
-    const auto isRemoval = [&](const Call& call) {
-        return call.at > loss.edit->at && call.name == "removeMoments" &&
-               std::ranges::find(call.ids, loss.moment) != call.ids.end();
-    };
-    return !stay.stay->lasts &&
-           !wasHeardOf(history, loss.edit->stay, loss.moment, loss.edit->at, loss.edit->at) &&
-           std::ranges::all_of(stay.calls, [&](std::size_t number) {
-               const Call& call = history.calls[number];
-               return !isRemoval(call) || call.failed;
-           });
+    if (wasHeardOf(history, loss.edit->stay, loss.moment, loss.edit->at, loss.edit->at)) {
+        return std::nullopt;
+    }
+    const Call* last = nullptr;
+    for (const std::size_t number : stay.calls) {
+        const Call& call = history.calls[number];
+        if (call.at > loss.edit->at && call.name == "removeMoments" &&
+            std::ranges::find(call.ids, loss.moment) != call.ids.end()) {
+            if (!call.failed) {
+                return std::nullopt;
+            }
+            last = &call;
+        }
+    }
+    if (!stay.stay->lasts) {
+        return LossClass::left;
+    }
+    if (last == nullptr) {
+        return std::nullopt;
+    }
+    const bool isPassedOver = std::ranges::any_of(
+        stay.arrivals, [&](const Arrival& arrival) { return arrival.at > last->answered; });
+    return isPassedOver ? LossClass::passedOver : LossClass::waiting;
 }
 
 }  // namespace
@@ -88,7 +101,7 @@ Reason whyDeletionIsLost(const History& history, const Loss& loss) {
     if (wasSentAnew(history, loss)) {
         return LossClass::deletedWhileAway;
     }
-    return wasLeftBeforeItWasTold(history, loss) ? Reason(LossClass::left) : std::nullopt;
+    return whyNotToldLater(history, loss);
 }
 
 }  // namespace Simulator
