@@ -91,7 +91,7 @@ void CloudConnection::arrive(const std::shared_ptr<PendingCall>& call, std::uint
             fault = call->fault;
         }
         call->isNeverAnswered = fault.kind == Fault::Kind::neverAnswer;
-        isRepetition = onlyOnce && call->isPerformed;
+        isRepetition = onlyOnce && call->isPerformed && isWrite(call->info.operation);
         return true;
     });
     if (!arrives) {
