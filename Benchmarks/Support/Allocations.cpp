@@ -1,0 +1,56 @@
+#include "Benchmarks/Support/Allocations.hpp"
+
+#include <atomic>
+#include <cstddef>
+#include <cstdlib>
+#include <malloc.h>
+#include <new>
+
+namespace {
+
+std::atomic<std::uint64_t> allocations{0};
+std::atomic<std::int64_t> heldBytes{0};
+
+/// glibc keeps a block's size in front of it.
+constexpr std::int64_t blockHeader = 8;
+
+std::int64_t footprint(void* block) {
+    return static_cast<std::int64_t>(malloc_usable_size(block)) + blockHeader;
+}
+
+void* counted(void* block) {
+    if (block == nullptr) {
+        throw std::bad_alloc();
+    }
+    allocations.fetch_add(1, std::memory_order_relaxed);
+    heldBytes.fetch_add(footprint(block), std::memory_order_relaxed);
+    return block;
+}
+
+void release(void* block) noexcept {
+    if (block != nullptr) {
+        heldBytes.fetch_sub(footprint(block), std::memory_order_relaxed);
+        std::free(block);
+    }
+}
+
+}  // namespace
+
+// Of the whole program. The nothrow forms and those for arrays end in these.
+void* operator new(std::size_t size) { return counted(std::malloc(size == 0 ? 1 : size)); }
+void* operator new(std::size_t size, std::align_val_t alignment) {
+    const auto boundary = static_cast<std::size_t>(alignment);
+    return counted(std::aligned_alloc(boundary, (size + boundary - 1) / boundary * boundary));
+}
+void operator delete(void* block) noexcept { release(block); }
+void operator delete(void* block, std::size_t) noexcept { release(block); }
+void operator delete(void* block, std::align_val_t) noexcept { release(block); }
+void operator delete(void* block, std::size_t, std::align_val_t) noexcept { release(block); }
+
+namespace Benchmarks {
+
+Heap heapNow() {
+    return {allocations.load(std::memory_order_relaxed), heldBytes.load(std::memory_order_relaxed)};
+}
+
+}  // namespace Benchmarks
