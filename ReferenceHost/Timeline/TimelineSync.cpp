@@ -127,6 +127,9 @@ void Timeline::deleteAgainLater(const std::string& instanceId) {
 void Timeline::removeRemoteInstance(const std::string& instanceId) {
     const TimelineComponentEdit edit(*this);
     removeInstance(instanceId);
+    if (auto* const entry = instanceLog_.find(instanceId)) {
+        entry->removalStamp = 0;  // nobody has deleted it: told so, the cloud would delete what it stands for
+    }
 }
 
 void Timeline::recordCall(const char* call, CallArguments arguments) const {
