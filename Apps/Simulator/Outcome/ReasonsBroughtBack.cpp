@@ -25,15 +25,28 @@ std::uint64_t deletionOf(const MomentHistory& moment) {
     return last.type == TaggingSessionChangeType::momentsDeleted ? last.sequence : 0;
 }
 
-/// The edited clip stood for a moment whose deletion the timeline had received: nothing but this timeline shows it.
+/// The edited clip stood for a moment whose deletion the timeline had received: nothing but this timeline shows it. Of a deletion that
+/// was taken back: it stood for that before it was deleted.
 bool wasOnAStaleClip(const History& history, const UserEdit& edit, std::string_view clip) {
-    const auto place = std::ranges::find(edit.clips, clip);
+    const UserEdit* first = &edit;
+    if (restores(edit)) {
+        const auto removal =
+            std::find_if(history.edits.rbegin(), history.edits.rend(), [&](const UserEdit& other) {
+                return other.at < edit.at && takesAway(other) &&
+                       std::ranges::find(other.clips, clip) != other.clips.end();
+            });
+        if (removal == history.edits.rend() || removal->stay != edit.stay) {
+            return false;
+        }
+        first = &*removal;
+    }
+    const auto place = std::ranges::find(first->clips, clip);
     const MomentHistory* moment =
-        place != edit.clips.end()
-            ? history.moment(edit.moments[static_cast<std::size_t>(place - edit.clips.begin())])
+        place != first->clips.end()
+            ? history.moment(first->moments[static_cast<std::size_t>(place - first->clips.begin())])
             : nullptr;
-    return !restores(edit) && moment != nullptr && deletionOf(*moment) != 0 &&
-           deletionOf(*moment) <= history.stays[edit.stay].receivedBefore(edit.at);
+    return moment != nullptr && deletionOf(*moment) != 0 &&
+           deletionOf(*moment) <= history.stays[first->stay].receivedBefore(first->at);
 }
 
 /// Several analysts have brought the clip back.
@@ -108,13 +121,28 @@ Reason whyStillThere(const History& history, std::string_view clip, std::string_
     return removal != history.edits.rend() ? whyNotSent(history, *removal, clip, moment) : std::nullopt;
 }
 
-/// The deletion was taken back, came back from the cloud, and was done again.
-bool wasTakenAwayAgain(const History& history, const UserEdit& undo, std::string_view clip) {
-    return restores(undo) && std::ranges::any_of(history.stays[undo.stay].target, [&](std::size_t at) {
-               const auto& entry = history.entry(at);
-               return at > undo.at && entry.field("name") == "removeInstanceWithRowId" &&
-                      entry.field("instanceId") == clip;
-           });
+/// The deletion was taken back, came back from the cloud, and was done again; or it was on its way to the cloud when the clip was
+/// sent once more, as one that is there.
+bool wasTakenAwayAgain(const History& history, const UserEdit& undo, std::string_view clip,
+                       std::string_view moment) {
+    if (!restores(undo)) {
+        return false;
+    }
+    const StayHistory& stay = history.stays[undo.stay];
+    const bool wasDoneAgain = std::ranges::any_of(stay.target, [&](std::size_t at) {
+        const auto& entry = history.entry(at);
+        return at > undo.at && entry.field("name") == "removeInstanceWithRowId" &&
+               entry.field("instanceId") == clip;
+    });
+    const auto sent = std::ranges::find_if(stay.uploads, [&](const Upload& upload) {
+        return upload.start > undo.at && upload.covers(undo.count);
+    });
+    return wasDoneAgain ||
+           (sent != stay.uploads.end() && std::ranges::any_of(stay.calls, [&](std::size_t number) {
+                const Call& call = history.calls[number];
+                return call.name == "removeMoments" && call.accepted != nullptr && call.at < sent->start &&
+                       sent->start < call.answered && std::ranges::find(call.ids, moment) != call.ids.end();
+            }));
 }
 
 /// The living moment was made by the last upload of a session whose timeline was published anew, without the names of that session.
@@ -185,7 +213,7 @@ Reason whyOfBroughtBack(const History& history, const Loss& loss) {
                 return reason;
             }
         }
-        if (loss.kind == LossKind::tagLost && wasTakenAwayAgain(history, *edit, edited)) {
+        if (loss.kind == LossKind::tagLost && wasTakenAwayAgain(history, *edit, edited, loss.moment)) {
             return LossClass::takenAwayAgain;
         }
     }
