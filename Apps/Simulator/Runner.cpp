@@ -142,16 +142,18 @@ private:
         }
     }
 
-    /// The session of a host that has created one is known from its first call for it.
+    /// The session of a host that has created one is known from its first call for it, which may come when the stay is over.
     void findSessionIds() {
         for (Stay& stay : record_.stays) {
             const std::size_t end = stay.to == 0 ? record_.trace.size() : stay.to;
             stay.to = end;
-            for (std::size_t index = stay.from; index < end && stay.sessionId.empty(); ++index) {
+            for (std::size_t index = stay.from; index < record_.trace.size() && stay.sessionId.empty();
+                 ++index) {
                 const auto& entry = record_.trace[index];
                 // Writes of the timeline's earlier session may still be under way.
-                const bool isOfThis = entry.field("videoId") == stay.videoId ||
-                                      entry.field("name") == "subscribeToTaggingSessionChanges";
+                const bool isOfThis =
+                    entry.field("videoId") == stay.videoId ||
+                    (index < end && entry.field("name") == "subscribeToTaggingSessionChanges");
                 if (entry.host == stay.analyst && entry.kind == ReferenceHost::TraceKind::call &&
                     entry.field("timelineId") == stay.timelineId && isOfThis) {
                     stay.sessionId = entry.field("taggingSessionId");

@@ -60,16 +60,26 @@ bool wasBroughtBackTwice(const SharedClip& clip) {
     return timelines.size() > 1 && clip.moments.size() > 2;
 }
 
-/// The deletion was told to the cloud by the synchroniser of an earlier stay, which was still sending.
+/// The deletion was told to the cloud by the synchroniser of an earlier stay, which was still sending: this stay's had not heard of
+/// the moment.
 bool wasSentByAnEarlierStay(const History& history, const UserEdit& removal, std::string_view clip) {
     const auto place = std::ranges::find(removal.clips, clip) - removal.clips.begin();
-    const std::string_view moment = removal.moments[static_cast<std::size_t>(place)];
-    return std::ranges::any_of(history.calls, [&](const Call& call) {
-        return call.at > removal.at && call.name == "removeMoments" && call.accepted != nullptr &&
-               call.stay < removal.stay && removal.stay != never &&
-               history.stays[call.stay].stay->timelineId == removal.timelineId &&
-               std::ranges::find(call.ids, moment) != call.ids.end();
-    });
+    const std::string_view id = removal.moments[static_cast<std::size_t>(place)];
+    const MomentHistory* moment = history.moment(id);
+    return moment != nullptr && removal.stay != never &&
+           std::ranges::any_of(history.stays,
+                               [&](const StayHistory& stay) {
+                                   return stay.stay->timelineId == removal.timelineId &&
+                                          stay.stay->to < removal.at;
+                               }) &&
+           std::ranges::any_of(history.stays[removal.stay].calls, [&](std::size_t number) {
+               const Call& call = history.calls[number];
+               return call.at > removal.at && call.name == "removeMoments" && call.accepted != nullptr &&
+                      std::ranges::find(call.ids, id) != call.ids.end() &&
+                      std::ranges::none_of(moment->placements, [&](const Placement& placement) {
+                          return placement.stay == removal.stay && placement.at < call.at;
+                      });
+           });
 }
 
 /// The clip was deleted on this timeline before its analyst left, or outside of the session; or the cloud has its deletion from
@@ -121,8 +131,8 @@ Reason whyStillThere(const History& history, std::string_view clip, std::string_
     return removal != history.edits.rend() ? whyNotSent(history, *removal, clip, moment) : std::nullopt;
 }
 
-/// The deletion was taken back, came back from the cloud, and was done again; or it was on its way to the cloud when the clip was
-/// sent once more, as one that is there.
+/// The deletion was taken back, came back from the cloud, and was done again; or it was on its way to the cloud, or its
+/// answer was lost, when the clip was sent once more, as one that is there.
 bool wasTakenAwayAgain(const History& history, const UserEdit& undo, std::string_view clip,
                        std::string_view moment) {
     if (!restores(undo)) {
@@ -141,7 +151,8 @@ bool wasTakenAwayAgain(const History& history, const UserEdit& undo, std::string
            (sent != stay.uploads.end() && std::ranges::any_of(stay.calls, [&](std::size_t number) {
                 const Call& call = history.calls[number];
                 return call.name == "removeMoments" && call.accepted != nullptr && call.at < sent->start &&
-                       sent->start < call.answered && std::ranges::find(call.ids, moment) != call.ids.end();
+                       (sent->start < call.answered || call.failed) &&
+                       std::ranges::find(call.ids, moment) != call.ids.end();
             }));
 }
 
