@@ -131,8 +131,8 @@ Reason whyStillThere(const History& history, std::string_view clip, std::string_
     return removal != history.edits.rend() ? whyNotSent(history, *removal, clip, moment) : std::nullopt;
 }
 
-/// The deletion was taken back, came back from the cloud, and was done again; or it was on its way to the cloud, or its
-/// answer was lost, when the clip was sent once more, as one that is there.
+/// The deletion was taken back, came back from the cloud, and was done again; or it was still on its way to the cloud, or
+/// its answer was lost, so that the clip was sent once more as one that is there.
 bool wasTakenAwayAgain(const History& history, const UserEdit& undo, std::string_view clip,
                        std::string_view moment) {
     if (!restores(undo)) {
@@ -144,16 +144,13 @@ bool wasTakenAwayAgain(const History& history, const UserEdit& undo, std::string
         return at > undo.at && entry.field("name") == "removeInstanceWithRowId" &&
                entry.field("instanceId") == clip;
     });
-    const auto sent = std::ranges::find_if(stay.uploads, [&](const Upload& upload) {
-        return upload.start > undo.at && upload.covers(undo.count);
+    const bool wasOnItsWay = std::ranges::any_of(stay.calls, [&](std::size_t number) {
+        const Call& call = history.calls[number];
+        return call.name == "removeMoments" && call.accepted != nullptr &&
+               (undo.at < call.answered || call.failed) &&
+               std::ranges::find(call.ids, moment) != call.ids.end();
     });
-    return wasDoneAgain ||
-           (sent != stay.uploads.end() && std::ranges::any_of(stay.calls, [&](std::size_t number) {
-                const Call& call = history.calls[number];
-                return call.name == "removeMoments" && call.accepted != nullptr && call.at < sent->start &&
-                       (sent->start < call.answered || call.failed) &&
-                       std::ranges::find(call.ids, moment) != call.ids.end();
-            }));
+    return wasDoneAgain || wasOnItsWay;
 }
 
 /// The living moment was made by the last upload of a session whose timeline was published anew, without the names of that session.
