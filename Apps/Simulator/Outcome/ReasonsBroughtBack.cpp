@@ -133,11 +133,12 @@ Reason whyStillThere(const History& history, std::string_view clip, std::string_
 
 /// The deletion was taken back, came back from the cloud, and was done again; or it was still on its way to the cloud, or
 /// its answer was lost, so that the clip was sent once more as one that is there.
-bool wasTakenAwayAgain(const History& history, const UserEdit& undo, std::string_view clip,
-                       std::string_view moment) {
+bool wasTakenAwayAgain(const History& history, const UserEdit& undo, std::string_view clip) {
     if (!restores(undo)) {
         return false;
     }
+    const auto place = std::ranges::find(undo.clips, clip) - undo.clips.begin();
+    const std::string_view moment = undo.moments[static_cast<std::size_t>(place)];
     const StayHistory& stay = history.stays[undo.stay];
     const bool wasDoneAgain = std::ranges::any_of(stay.target, [&](std::size_t at) {
         const auto& entry = history.entry(at);
@@ -221,7 +222,7 @@ Reason whyOfBroughtBack(const History& history, const Loss& loss) {
                 return reason;
             }
         }
-        if (loss.kind == LossKind::tagLost && wasTakenAwayAgain(history, *edit, edited, loss.moment)) {
+        if (loss.kind == LossKind::tagLost && wasTakenAwayAgain(history, *edit, edited)) {
             return LossClass::takenAwayAgain;
         }
     }
