@@ -42,17 +42,6 @@ private:
 constexpr std::string_view incompleteInstance = "Unable to find all required fields on instance";
 constexpr std::string_view incompleteRow = "Unable to find all required fields on row";
 
-/// The value that a map holds under the key, or a part of it.
-template <typename Map, typename Part>
-auto find(const Map& map, const std::string& key, Part part)
-    -> std::optional<std::decay_t<decltype(part(map.begin()->second))>> {
-    const auto found = map.find(key);
-    if (found == map.end()) {
-        return std::nullopt;
-    }
-    return part(found->second);
-}
-
 }  // namespace
 
 MomentCache::MomentCache(LogManagerProtocol& log) : log_(log) {}
@@ -72,7 +61,7 @@ void MomentCache::cacheInstances(Instances instances) {
                     errors.add(incompleteInstance);
                     continue;
                 }
-                cacheInstance(*instance, std::move(*momentId), row->uniqueId());
+                cacheInstance(*instance, *std::move(momentId), row->uniqueId());
             } catch (...) {
                 errors.add(incompleteInstance, Base::describe(std::current_exception()));
             }
@@ -82,31 +71,77 @@ void MomentCache::cacheInstances(Instances instances) {
 }
 
 void MomentCache::cacheInstance(const TimelineInstanceProtocol& instance, std::string momentId,
-                                std::string rowId) {
-    // Everything of the host's is read before the first map is written: an instance is cached whole or not at all.
-    UploadedMoment moment(momentId, instance.uniqueId(), std::move(rowId));
-    const std::string instanceId = moment.instanceId;
-    uploadedMoments_.insert_or_assign(momentId, std::move(moment));
-    uploadedMomentIdForInstanceId_.insert_or_assign(instanceId, std::move(momentId));
-    deletedMomentIdForInstanceId_.erase(instanceId);
+                                const std::string& rowId) {
+    // Everything of the host's is read, and all memory taken, before anything is written: an instance is cached whole or not
+    // at all.
+    const std::string& instanceId = instance.uniqueId();
+    const std::string* const row = &*rowIds_.insert(rowId).first;
+    byMoment_.makeRoomForOne();
+    byInstance_.makeRoomForOne();
+
+    const auto known = byMoment_.find(momentId, momentIdAt());
+    const bool isKnown = known && links_[*known].instanceId == instanceId;
+    const Position position = isKnown ? *known : add(std::move(momentId), instanceId);
+    Link& link = links_[position];
+    link.rowId = row;
+    if (!isKnown) {
+        link.isOfMoment = true;
+        end(byMoment_.put(link.momentId, position, momentIdAt()), &Link::isOfMoment);
+    }
+    if (!link.isOfInstance) {
+        link.isOfInstance = true;
+        end(byInstance_.put(link.instanceId, position, instanceIdAt()), &Link::isOfInstance);
+    }
+    end(deletions_.erase(link.instanceId, instanceIdAt()), &Link::isDeletion);
+}
+
+MomentCache::Position MomentCache::add(std::string momentId, const std::string& instanceId) {
+    if (firstFree_ == nowhere) {
+        links_.emplace_back();
+        firstFree_ = static_cast<Position>(links_.size() - 1);
+    }
+    const Position position = firstFree_;
+    Link& link = links_[position];
+    link.instanceId = instanceId;
+    link.momentId = std::move(momentId);
+    firstFree_ = std::exchange(link.nextFree, nowhere);
+    return position;
+}
+
+void MomentCache::end(std::optional<Position> position, bool Link::* what) {
+    if (!position) {
+        return;
+    }
+    Link& link = links_[*position];
+    link.*what = false;
+    if (!link.isOfMoment && !link.isOfInstance && !link.isDeletion) {
+        link = Link();
+        link.nextFree = std::exchange(firstFree_, *position);
+    }
 }
 
 void MomentCache::deleteMoments(std::span<const std::string> momentIds) {
     PendingErrors errors(log_, "deleteMoments(momentIds:)");
     Base::synchronized(lock_, [&] {
         for (const auto& momentId : momentIds) {
-            const auto found = uploadedMoments_.find(momentId);
-            if (found == uploadedMoments_.end()) {
+            if (const auto found = byMoment_.find(momentId, momentIdAt())) {
+                deleteMoment(*found);
+            } else {
                 errors.add("No uploaded moment found to delete");
-                continue;
             }
-            const std::string instanceId = std::move(found->second.instanceId);
-            uploadedMoments_.erase(found);
-            uploadedMomentIdForInstanceId_.erase(instanceId);
-            deletedMomentIdForInstanceId_.insert_or_assign(instanceId, momentId);
         }
     });
     errors.write();
+}
+
+void MomentCache::deleteMoment(Position position) {
+    deletions_.makeRoomForOne();
+    Link& link = links_[position];
+    // First of all, so that the link lasts.
+    link.isDeletion = true;
+    end(deletions_.put(link.instanceId, position, instanceIdAt()), &Link::isDeletion);
+    end(byInstance_.erase(link.instanceId, instanceIdAt()), &Link::isOfInstance);
+    end(byMoment_.erase(link.momentId, momentIdAt()), &Link::isOfMoment);
 }
 
 void MomentCache::cacheRows(Rows rows) {
@@ -130,35 +165,63 @@ void MomentCache::cacheRows(Rows rows) {
 }
 
 std::optional<UploadedRow> MomentCache::uploadedRow(const std::string& rowId) const {
-    return Base::synchronized(
-        lock_, [&] { return find(uploadedRows_, rowId, [](const UploadedRow& row) { return row; }); });
+    return Base::synchronized(lock_, [&]() -> std::optional<UploadedRow> {
+        const auto found = uploadedRows_.find(rowId);
+        return found != uploadedRows_.end() ? std::optional(found->second) : std::nullopt;
+    });
+}
+
+bool MomentCache::hasUploadedRow(const std::string& rowId) const {
+    return Base::synchronized(lock_, [&] { return uploadedRows_.contains(rowId); });
 }
 
 void MomentCache::removeUploadedRow(const std::string& rowId) {
     Base::synchronized(lock_, [&] { uploadedRows_.erase(rowId); });
 }
 
+const MomentCache::Link* MomentCache::linkOfMoment(const std::string& momentId) const {
+    const auto found = byMoment_.find(momentId, momentIdAt());
+    return found ? &links_[*found] : nullptr;
+}
+
 std::optional<std::string> MomentCache::instanceId(const std::string& momentId) const {
     return Base::synchronized(lock_, [&] {
-        return find(uploadedMoments_, momentId,
-                    [](const UploadedMoment& moment) { return moment.instanceId; });
+        const Link* const link = linkOfMoment(momentId);
+        return link != nullptr ? std::optional(link->instanceId) : std::nullopt;
     });
 }
 
 std::optional<std::string> MomentCache::rowId(const std::string& momentId) const {
     return Base::synchronized(lock_, [&] {
-        return find(uploadedMoments_, momentId, [](const UploadedMoment& moment) { return moment.rowId; });
+        const Link* const link = linkOfMoment(momentId);
+        return link != nullptr ? std::optional(*link->rowId) : std::nullopt;
+    });
+}
+
+bool MomentCache::knowsMoment(const std::string& momentId) const {
+    return Base::synchronized(lock_, [&] { return linkOfMoment(momentId) != nullptr; });
+}
+
+bool MomentCache::findPlace(const std::string& momentId, ClipPlace& place) const {
+    return Base::synchronized(lock_, [&] {
+        const Link* const link = linkOfMoment(momentId);
+        if (link != nullptr) {
+            place.instanceId = link->instanceId;
+            place.rowId = *link->rowId;
+        }
+        return link != nullptr;
     });
 }
 
 std::optional<std::string> MomentCache::momentId(const std::string& instanceId) const {
     return Base::synchronized(lock_, [&] {
-        return find(uploadedMomentIdForInstanceId_, instanceId, [](const std::string& id) { return id; });
+        const auto found = byInstance_.find(instanceId, instanceIdAt());
+        return found ? std::optional(links_[*found].momentId) : std::nullopt;
     });
 }
 
 bool MomentCache::hasDeletedMoment(const std::string& instanceId) const {
-    return Base::synchronized(lock_, [&] { return deletedMomentIdForInstanceId_.contains(instanceId); });
+    return Base::synchronized(lock_, [&] { return deletions_.find(instanceId, instanceIdAt()).has_value(); });
 }
 
 }  // namespace RemoteCoding

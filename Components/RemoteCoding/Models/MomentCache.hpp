@@ -4,24 +4,24 @@
 #include "Base/Synchronized.hpp"
 #include "Components/RemoteCoding/HostInterfaces/LogManagerProtocol.hpp"
 #include "Components/RemoteCoding/HostInterfaces/TimelineProtocol.hpp"
+#include "Components/RemoteCoding/Models/IdIndex.hpp"
 
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
 namespace RemoteCoding {
 
-/// A moment that the tagging session holds, and the clip it stands for.
-struct UploadedMoment {
-    UploadedMoment(std::string momentId_, std::string instanceId_, std::string rowId_)
-        : momentId(std::move(momentId_)), instanceId(std::move(instanceId_)), rowId(std::move(rowId_)) {}
-
-    std::string momentId;
+/// Where on the timeline the clip is that a moment stands for.
+struct ClipPlace {
     std::string instanceId;
     std::string rowId;  ///< the instance's row at the time it was cached
 };
@@ -73,11 +73,16 @@ public:
     void cacheRows(const std::shared_ptr<TimelineRowProtocol>& row) { cacheRows(Rows(&row, 1)); }
 
     [[nodiscard]] std::optional<UploadedRow> uploadedRow(const std::string& rowId) const;
+    [[nodiscard]] bool hasUploadedRow(const std::string& rowId) const;
     void removeUploadedRow(const std::string& rowId);
 
     /// The instance and the row that the moment was last cached with.
     [[nodiscard]] std::optional<std::string> instanceId(const std::string& momentId) const;
     [[nodiscard]] std::optional<std::string> rowId(const std::string& momentId) const;
+
+    [[nodiscard]] bool knowsMoment(const std::string& momentId) const;
+    /// Both at once, into texts that may have room for them already. False, and `place` as it was, for an unknown moment.
+    [[nodiscard]] bool findPlace(const std::string& momentId, ClipPlace& place) const;
 
     /// The instance's current moment.
     [[nodiscard]] std::optional<std::string> momentId(const std::string& instanceId) const;
@@ -86,17 +91,44 @@ public:
     [[nodiscard]] bool hasDeletedMoment(const std::string& instanceId) const;
 
 private:
-    template <typename Value>
-    using MapById = std::unordered_map<std::string, Value>;
+    using Position = IdIndex::Position;
+    static constexpr Position nowhere = UINT32_MAX;
 
-    void cacheInstance(const TimelineInstanceProtocol& instance, std::string momentId, std::string rowId);
+    /// A moment and an instance that were cached together. Kept while any of the three says something that is not said anew.
+    struct Link {
+        std::string momentId;
+        std::string instanceId;
+        const std::string* rowId = nullptr;  ///< the instance's row at the time it was cached
+        Position nextFree = nowhere;
+        bool isOfMoment = false;    ///< the moment stands for this instance
+        bool isOfInstance = false;  ///< this is the instance's current moment
+        bool isDeletion = false;    ///< the moment was the instance's, and was deleted
+    };
+
+    void cacheInstance(const TimelineInstanceProtocol& instance, std::string momentId,
+                       const std::string& rowId);
+    void deleteMoment(Position position);
+    [[nodiscard]] Position add(std::string momentId, const std::string& instanceId);
+    /// The link does not say that any more.
+    void end(std::optional<Position> position, bool Link::* what);
+
+    [[nodiscard]] const Link* linkOfMoment(const std::string& momentId) const;
+    [[nodiscard]] auto momentIdAt() const {
+        return [this](Position position) -> std::string_view { return links_[position].momentId; };
+    }
+    [[nodiscard]] auto instanceIdAt() const {
+        return [this](Position position) -> std::string_view { return links_[position].instanceId; };
+    }
 
     LogManagerProtocol& log_;
     Base::ObjectLock lock_;
-    MapById<UploadedMoment> uploadedMoments_;
-    MapById<UploadedRow> uploadedRows_;
-    MapById<std::string> deletedMomentIdForInstanceId_;
-    MapById<std::string> uploadedMomentIdForInstanceId_;
+    std::deque<Link> links_;
+    Position firstFree_ = nowhere;
+    IdIndex byMoment_;                        ///< links that are of a moment
+    IdIndex byInstance_;                      ///< links that are of an instance
+    IdIndex deletions_;                       ///< by instance
+    std::unordered_set<std::string> rowIds_;  ///< every row that ever had an instance here
+    std::unordered_map<std::string, UploadedRow> uploadedRows_;
 };
 
 }  // namespace RemoteCoding

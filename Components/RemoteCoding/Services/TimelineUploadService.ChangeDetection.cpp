@@ -6,8 +6,8 @@ namespace RemoteCoding {
 
 void TimelineUploadService::timelineDidAnyChange(const Notification& notification) {
     checkIsMainThread("timelineDidAnyChange(_:)");
-    const auto changed = std::dynamic_pointer_cast<TimelineProtocol>(notification.object);
-    if (!changed || changed->uniqueId() != timelineId_) {
+    const auto* const changed = dynamic_cast<const TimelineProtocol*>(notification.object.get());
+    if (changed == nullptr || changed->uniqueId() != timelineId_) {
         return;
     }
     unsentEdits_.changeWasAnnounced();
@@ -36,8 +36,7 @@ TimelineUploadService::newAndUpdatedInstancesFromTimelineRows(const RowList& tim
         }
         for (const auto& instance : *changedInstances) {
             const std::string& instanceId = instance->uniqueId();
-            const bool hasDeletedMoment = momentCache_.hasDeletedMoment(instanceId);
-            if (!momentCache_.momentId(instanceId) && hasDeletedMoment) {
+            if (momentCache_.hasDeletedMoment(instanceId) && !momentCache_.momentId(instanceId)) {
                 // Its moment is gone for good: the instance gets a new one.
                 instance->setExternalId(std::nullopt);
                 result.newInstances.push_back(instance);

@@ -4,7 +4,9 @@
 #include "Base/Error.hpp"
 #include "Components/RemoteCoding/Models/ErrorLog.hpp"
 
+#include <string_view>
 #include <unordered_set>
+#include <utility>
 
 namespace RemoteCoding {
 
@@ -13,6 +15,41 @@ namespace {
 constexpr std::string_view pullFunction = "syncRemoteTaggingSessionToLocalTimeline(completion:)";
 
 using Sessions = std::vector<TaggingSessionItem>;
+using Moments = TimelineUploadService::Moments;
+
+/// Of the timeline's clips, in their order.
+std::vector<std::string> momentIdsThatAreNotAmong(const Moments& newMoments, const Moments& updatedMoments,
+                                                  const TimelineProtocol& timeline) {
+    // Filled for the first clip that has a moment: a timeline that is joined has none.
+    std::unordered_set<std::string_view> remoteMomentIds;
+    const auto fill = [&] {
+        remoteMomentIds.reserve(newMoments.size() + updatedMoments.size());
+        for (const Moments* const moments : {&newMoments, &updatedMoments}) {
+            for (const auto& moment : *moments) {
+                remoteMomentIds.insert(moment->identifier());
+            }
+        }
+    };
+    bool isFilled = false;
+    std::vector<std::string> missing;
+    const RowList rows = timeline.allRows();
+    for (const auto& row : *rows) {
+        const InstanceList instances = row->allInstances();
+        for (const auto& instance : *instances) {
+            auto externalId = instance->externalId();
+            if (!externalId) {
+                continue;
+            }
+            if (!std::exchange(isFilled, true)) {
+                fill();
+            }
+            if (!remoteMomentIds.contains(*externalId)) {
+                missing.push_back(*std::move(externalId));
+            }
+        }
+    }
+    return missing;
+}
 
 }  // namespace
 
@@ -92,29 +129,15 @@ void TimelineUploadService::applyPrimarySession(const std::shared_ptr<TimelinePr
                                                 const TaggingSessionItem& session) {
     Moments newMoments;
     Moments updatedMoments;
-    std::unordered_set<std::string> remoteMomentIds;
     if (session.moments) {
         for (const auto& rawMoment : *session.moments) {
-            const auto moment = rawMoment ? environment_.syncLibrary.momentItem(*rawMoment) : nullptr;
-            if (!moment) {
-                continue;
-            }
-            remoteMomentIds.insert(moment->identifier());
-            auto& list = momentCache_.instanceId(moment->identifier()) ? updatedMoments : newMoments;
-            list.push_back(moment);
-        }
-    }
-    std::vector<std::string> deletedMomentIds;
-    const RowList rows = timeline->allRows();
-    for (const auto& row : *rows) {
-        const InstanceList instances = row->allInstances();
-        for (const auto& instance : *instances) {
-            auto externalId = instance->externalId();
-            if (externalId && !remoteMomentIds.contains(*externalId)) {
-                deletedMomentIds.push_back(*std::move(externalId));
+            if (auto moment = rawMoment ? environment_.syncLibrary.momentItem(*rawMoment) : nullptr) {
+                const bool isKnown = momentCache_.knowsMoment(moment->identifier());
+                (isKnown ? updatedMoments : newMoments).push_back(std::move(moment));
             }
         }
     }
+    const auto deletedMomentIds = momentIdsThatAreNotAmong(newMoments, updatedMoments, *timeline);
     std::optional<PresentationViewItem> presentationView;
     if (session.presentationViews && !session.presentationViews->empty() &&
         session.presentationViews->front()) {

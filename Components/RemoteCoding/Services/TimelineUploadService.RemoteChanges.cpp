@@ -13,20 +13,22 @@ constexpr std::string_view addFunction = "addNewMomentsToTimeline(timeline:momen
 constexpr std::string_view updateFunction = "updateMomentsOnTimeline(timeline:moments:)";
 constexpr std::string_view deleteFunction = "deleteMomentsOnTimeline(timeline:momentIds:)";
 
-std::string textOf(TaggingSessionChangeType changeType) {
+/// Said once for each event: for the types that there are, the lines are ready.
+void logReceived(LogManagerProtocol& log, TaggingSessionChangeType changeType) {
     switch (changeType) {
     case TaggingSessionChangeType::unknown:
-        return "unknown";
+        return log.logInfo("Received timeline update. ChangeType=unknown");
     case TaggingSessionChangeType::momentsAdded:
-        return "momentsAdded";
+        return log.logInfo("Received timeline update. ChangeType=momentsAdded");
     case TaggingSessionChangeType::momentsUpdated:
-        return "momentsUpdated";
+        return log.logInfo("Received timeline update. ChangeType=momentsUpdated");
     case TaggingSessionChangeType::momentsDeleted:
-        return "momentsDeleted";
+        return log.logInfo("Received timeline update. ChangeType=momentsDeleted");
     case TaggingSessionChangeType::presentationViewUpdated:
-        return "presentationViewUpdated";
+        return log.logInfo("Received timeline update. ChangeType=presentationViewUpdated");
     }
-    return std::to_string(static_cast<int>(changeType));  // a value that a newer client brings along
+    // A value that a newer client brings along.
+    log.logInfo("Received timeline update. ChangeType=" + std::to_string(static_cast<int>(changeType)));
 }
 
 bool isAboutMoments(TaggingSessionChangeType changeType) {
@@ -51,7 +53,7 @@ void TimelineUploadService::handleTaggingSessionUpdate(TaggingSessionChangeType 
 void TimelineUploadService::applyEvent(TaggingSessionChangeType changeType,
                                        const ChangedTaggingSession& taggingSession) {
     auto& log = environment_.logManager;
-    log.logInfo("Received timeline update. ChangeType=" + textOf(changeType));
+    logReceived(log, changeType);
     if (isSyncingCancelled_) {
         return;
     }
@@ -60,7 +62,8 @@ void TimelineUploadService::applyEvent(TaggingSessionChangeType changeType,
         logError(log, "Unable to find the timeline", "", eventFunction);
         return;
     }
-    const Moments moments = taggingSession.moments.value_or(Moments());
+    const Moments none;
+    const Moments& moments = taggingSession.moments ? *taggingSession.moments : none;
     if (moments.empty() && isAboutMoments(changeType)) {
         log.logWarn("No moments found for update to tagging session moments.");
         return;
@@ -133,7 +136,7 @@ void TimelineUploadService::addNewMomentsToTimeline(const std::shared_ptr<Timeli
     Moments unknownMoments;
     for (const auto& moment : moments) {
         attempt(addFunction, [&] {
-            if (moment && !momentCache_.instanceId(moment->identifier())) {
+            if (moment && !momentCache_.knowsMoment(moment->identifier())) {
                 unknownMoments.push_back(moment);
             }
         });
@@ -152,7 +155,7 @@ void TimelineUploadService::addMoment(const std::shared_ptr<TimelineProtocol>& t
         return;
     }
     momentCache_.cacheInstances(instance);
-    if (!momentCache_.uploadedRow(row->uniqueId())) {
+    if (!momentCache_.hasUploadedRow(row->uniqueId())) {
         momentCache_.cacheRows(row);
     }
 }
@@ -160,27 +163,23 @@ void TimelineUploadService::addMoment(const std::shared_ptr<TimelineProtocol>& t
 void TimelineUploadService::updateMomentsOnTimeline(const std::shared_ptr<TimelineProtocol>& timeline,
                                                     const Moments& moments) {
     checkIsMainThread(updateFunction);
+    ClipPlace place;
     for (const auto& moment : moments) {
         if (moment) {
-            attempt(updateFunction, [&] { updateMoment(timeline, *moment); });
+            attempt(updateFunction, [&] { updateMoment(timeline, *moment, place); });
         }
     }
 }
 
 void TimelineUploadService::updateMoment(const std::shared_ptr<TimelineProtocol>& timeline,
-                                         const MomentItem& moment) {
-    const auto instanceId = momentCache_.instanceId(moment.identifier());
-    if (!instanceId) {
+                                         const MomentItem& moment, ClipPlace& place) {
+    if (!momentCache_.findPlace(moment.identifier(), place)) {
         return;
     }
-    const auto rowId = momentCache_.rowId(moment.identifier());
-    if (!rowId) {
-        return;
-    }
-    if (const auto instance = moment.updateOnTimeline(timeline, *instanceId, *rowId)) {
+    if (const auto instance = moment.updateOnTimeline(timeline, place.instanceId, place.rowId)) {
         instance->setExternalId(moment.identifier());
     }
-    followCode(timeline, moment, *rowId);
+    followCode(timeline, moment, place.rowId);
 }
 
 /// Renames the moment's row when its code was changed to one that no row has.
@@ -206,20 +205,19 @@ void TimelineUploadService::followCode(const std::shared_ptr<TimelineProtocol>& 
 void TimelineUploadService::deleteMomentsOnTimeline(const std::shared_ptr<TimelineProtocol>& timeline,
                                                     const std::vector<std::string>& momentIds) {
     checkIsMainThread(deleteFunction);
+    ClipPlace place;
     for (const std::string& momentId : momentIds) {
-        attempt(deleteFunction, [&] { deleteMoment(timeline, momentId); });
+        attempt(deleteFunction, [&] { deleteMoment(timeline, momentId, place); });
     }
 }
 
 void TimelineUploadService::deleteMoment(const std::shared_ptr<TimelineProtocol>& timeline,
-                                         const std::string& momentId) {
-    const auto instanceId = momentCache_.instanceId(momentId);
-    const auto rowId = momentCache_.rowId(momentId);
-    if (!instanceId || !rowId) {
+                                         const std::string& momentId, ClipPlace& place) {
+    if (!momentCache_.findPlace(momentId, place)) {
         return;
     }
     if (const auto codingTarget = timeline->codingTarget()) {
-        codingTarget->removeInstanceWithRowId(*rowId, *instanceId);
+        codingTarget->removeInstanceWithRowId(place.rowId, place.instanceId);
     }
     momentCache_.deleteMoments(momentId);
 }

@@ -204,12 +204,15 @@ private:
     void addNewMomentsToTimeline(const std::shared_ptr<TimelineProtocol>& timeline, const Moments& moments);
     void addMoment(const std::shared_ptr<TimelineProtocol>& timeline, const MomentItem& moment);
     void updateMomentsOnTimeline(const std::shared_ptr<TimelineProtocol>& timeline, const Moments& moments);
-    void updateMoment(const std::shared_ptr<TimelineProtocol>& timeline, const MomentItem& moment);
+    /// `place`: room for texts, which the next moment may use again.
+    void updateMoment(const std::shared_ptr<TimelineProtocol>& timeline, const MomentItem& moment,
+                      ClipPlace& place);
     void followCode(const std::shared_ptr<TimelineProtocol>& timeline, const MomentItem& moment,
                     const std::string& rowId);
     void deleteMomentsOnTimeline(const std::shared_ptr<TimelineProtocol>& timeline,
                                  const std::vector<std::string>& momentIds);
-    void deleteMoment(const std::shared_ptr<TimelineProtocol>& timeline, const std::string& momentId);
+    void deleteMoment(const std::shared_ptr<TimelineProtocol>& timeline, const std::string& momentId,
+                      ClipPlace& place);
     void handlePresentationSubViewUpdate(std::int64_t viewIndex, const PresentationViewItem& view,
                                          const std::shared_ptr<TimelineProtocol>& timeline);
     void removeRow(const std::shared_ptr<TimelineProtocol>& timeline, const std::string& rowId);
