@@ -33,7 +33,17 @@ def rows($all; $count):
     | $count["\($mine.name)/\($mine.size)"] as $ins | $count["\($floorName)/\($mine.size)"] as $floorIns
     | "| \($mine.row) | \($mine.size | grouped) | \($mine.time | duration) | \($floor.time | duration)"
       + " | \(ratio($mine.time; $floor.time; 2)) | \($ins | grouped) | \($floorIns | grouped) | \(ratio($ins; $floorIns; 2))"
-      + " | \(if $floor then $mine.allocations - $floor.allocations else $mine.allocations end | digits(2)) |";
+      + " | \($mine.allocations | digits(2)) | \($floor.allocations | digits(2)) |";
+
+# The longest job, of which the host's share is what the floor takes: all of it for a pull, which is one job.
+def jobs($all):
+    [$all[] | select(.laterJob != null and (.name | endswith("/component"))) | . + {row: (.name | split("/")[0])}]
+    | sort_by(.row, .size)[]
+    | . as $mine | ([lookUp($all; $mine.row + "/floor"; $mine.size)] | first) as $floor
+    | (if $mine.row | startswith("pull") then $floor.time * $mine.size else ($floor.firstJob // null | if . then . * 1e9 else null end) end) as $host
+    | ([$mine.firstJob, $mine.laterJob] | max * 1e9) as $longest
+    | "| \($mine.row) | \($mine.size | grouped) | \($longest | duration) | \($host | duration)"
+      + " | \(if $host then [$longest - $host, 0] | max | duration else "–" end) | \($mine.laterJob * 1e9 | duration) |";
 
 # ---- figures ----
 
@@ -46,10 +56,10 @@ def figure($what; $value; $limit; $unit; $machine):
 def worst(values): [values | select(. != null)] | max;
 
 def synchronising: test("^(pull|upload|event)[^/]*/component$");
-def growth($all; $value):
+def growth($all; value):
     worst($all[] | select(.size == 100000 and (.name | synchronising)) | . as $large
           | [$all[] | select(.name == $large.name and .size == 1000)][0] as $small
-          | ($large | $value) as $l | ($small | $value) as $s | if $l == null or $s == null then null else $l / $s end);
+          | ($large | value) as $l | ($small | value) as $s | if $l == null or $s == null then null else $l / $s end);
 def div($a; $b): if $a == null or $b == null then null else $a / $b end;
 def of($all; $name; $size; $field): [lookUp($all; $name; $size)[$field]][0];
 def overFloor($all; $name; $size): of($all; $name + "/component"; $size; "allocations") - of($all; $name + "/floor"; $size; "allocations");
@@ -107,10 +117,13 @@ def peerRows($all):
 
 measured as $all | counted as $count
 | "\($conditions)", "",
-  "Of one clip, event, row or turn; CPU time. Allocations: those above the floor's.", "",
-  "| what | size | time | floor | ratio | instructions | floor | ratio | allocations |",
-  "|---|---|---|---|---|---|---|---|---|",
+  "Of one clip, event, row or turn; CPU time.", "",
+  "| what | size | time | floor | ratio | instructions | floor | ratio | allocations | floor |",
+  "|---|---|---|---|---|---|---|---|---|---|",
   rows($all; $count),
+  "", "The main thread's longest job:", "",
+  "| what | size | longest job | the host's share | the component's | longest but the first |",
+  "|---|---|---|---|---|---|", jobs($all),
   peerRows($all), "",
   "| figure | measured | at most | |", "|---|---|---|---|",
   figures($all; $count)
