@@ -55,7 +55,6 @@ Base::Task<void> hop(Base::ExecutionProtocol* execution, std::int64_t times) {
 
 Trial roundTrips(std::int64_t times) {
     auto execution = std::make_shared<ManualExecution>();
-    execution->makeRoomForMainJobs();
     return Trial(times, [execution, times] {
         Base::TaskScope scope;
         scope.start(*execution, Base::Home::background, hop(execution.get(), times), {});
@@ -79,7 +78,6 @@ struct Hopper {
 
 Trial roundTripsFloor(std::int64_t times) {
     auto execution = std::make_shared<ManualExecution>();
-    execution->makeRoomForMainJobs();
     return Trial(times, [execution, times] {
         Hopper hopper{*execution, times};
         hopper.leave();

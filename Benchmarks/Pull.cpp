@@ -19,11 +19,11 @@ Moments withoutATenth(const Moments& moments) {
 
 Trial firstPull(std::int64_t clips) {
     auto desk = std::make_shared<Desk>();
-    desk->beginMeasuring();
+    desk->execution().beginTiming();
     return Trial(
         clips,
         [desk, session = makeSession(firstMoments(clips))]() mutable { desk->join(std::move(session)); },
-        [desk] { return desk->execution().takeMainJobs(); });
+        [desk] { return desk->execution().mainJobs(); });
 }
 
 Trial firstPullFloor(std::int64_t clips) {
@@ -35,7 +35,7 @@ std::shared_ptr<Desk> joined(std::int64_t clips) {
     auto desk = std::make_shared<Desk>();
     desk->join(makeSession(firstMoments(clips)));
     desk->upload();
-    desk->beginMeasuring();
+    desk->execution().beginTiming();
     return desk;
 }
 
@@ -43,7 +43,7 @@ Trial laterPull(std::int64_t clips, const Moments& moments) {
     auto desk = joined(clips);
     return Trial(
         clips, [desk, session = makeSession(moments)]() mutable { desk->pull(std::move(session)); },
-        [desk] { return desk->execution().takeMainJobs(); });
+        [desk] { return desk->execution().mainJobs(); });
 }
 
 /// What the edits of a later pull cost without the component: a look-up for each moment, and the edits.

@@ -7,8 +7,8 @@ namespace Benchmarks {
 namespace {
 
 Trial uploadOf(const std::shared_ptr<Desk>& desk, std::int64_t clips) {
-    desk->beginMeasuring();
-    return Trial(clips, [desk] { desk->upload(); }, [desk] { return desk->execution().takeMainJobs(); });
+    desk->execution().beginTiming();
+    return Trial(clips, [desk] { desk->upload(); }, [desk] { return desk->execution().mainJobs(); });
 }
 
 Trial newClips(std::int64_t clips) {
@@ -19,16 +19,20 @@ Trial newClips(std::int64_t clips) {
     return uploadOf(desk, clips);
 }
 
-/// What the host itself has to do for an upload: it says what has changed, and takes the moments' ids.
+/// What the host itself has to do for an upload: it says what has changed, and takes the moments' ids. Saying what has changed is
+/// its share of the first job.
 Trial newClipsFloor(std::int64_t clips) {
     auto desk = std::make_shared<Desk>();
     desk->addRows();
     const auto before = desk->timeline().modifyCount();
     desk->addClips(clips);
-    return Trial(clips, [desk, before] {
+    auto firstJob = std::make_shared<double>(0);
+    const auto run = [desk, before, firstJob] {
         ReferenceHost::UUIDSource ids(17);
+        const double start = cpuSeconds();
         const auto changes = desk->timeline().timelineFromModifyCount(before + 1, false);
         const auto rows = changes->allRows();
+        *firstJob = cpuSeconds() - start;
         for (const auto& row : *rows) {
             const auto instances = row->allInstances();
             for (const auto& instance : *instances) {
@@ -36,6 +40,39 @@ Trial newClipsFloor(std::int64_t clips) {
                 desk->timeline().findInstance(instance->uniqueId())->setExternalId(momentId);
                 desk->table().try_emplace(momentId, instance->uniqueId());
             }
+        }
+    };
+    return Trial(clips, run, [firstJob] { return std::vector<double>{*firstJob}; });
+}
+
+/// One clip after the other, each in a pass of its own, on a timeline that already holds so many.
+Trial singleClips(std::int64_t clips) {
+    constexpr std::int64_t passes = 100;
+    auto desk = std::make_shared<Desk>();
+    desk->join(makeSession(firstMoments(clips)));
+    desk->upload();
+    return Trial(passes, [desk] {
+        for (std::int64_t pass = 0; pass < passes; ++pass) {
+            desk->addClips(1);
+            desk->upload();
+        }
+    });
+}
+
+Trial singleClipsFloor(std::int64_t clips) {
+    constexpr std::int64_t passes = 100;
+    auto desk = std::make_shared<Desk>();
+    desk->appendDirectly(firstMoments(clips));
+    return Trial(passes, [desk] {
+        ReferenceHost::UUIDSource ids(17);
+        for (std::int64_t pass = 0; pass < passes; ++pass) {
+            const auto before = desk->timeline().modifyCount();
+            desk->addClips(1);
+            const auto changes = desk->timeline().timelineFromModifyCount(before + 1, false);
+            const auto clip = changes->allRows()->front()->allInstances()->front();
+            const std::string momentId = ids.makeUUID();
+            desk->timeline().findInstance(clip->uniqueId())->setExternalId(momentId);
+            desk->table().try_emplace(momentId, clip->uniqueId());
         }
     });
 }
@@ -102,6 +139,8 @@ Trial rowUpdated(std::int64_t clips) {
 const CaseGroup group({
     {"upload, all new/component", usualSizes(), newClips},
     {"upload, all new/floor", usualSizes(), newClipsFloor},
+    {"upload, one new/component", usualSizes(), singleClips},
+    {"upload, one new/floor", usualSizes(), singleClipsFloor},
     {"upload, a tenth updated/component", usualSizes(), aTenthUpdated},
     {"upload, a tenth updated/floor", usualSizes(), aTenthUpdatedFloor},
     {"upload, one row renamed/component", {1'000, 10'000}, rowRenamed},

@@ -79,11 +79,6 @@ void Desk::dropService() {
     service_.reset();
 }
 
-void Desk::beginMeasuring() {
-    (void)execution_.takeMainJobs();
-    execution_.makeRoomForMainJobs();
-}
-
 void Desk::appendDirectly(const Moments& moments) {
     for (const auto& moment : moments) {
         const auto instance = moment->appendToTimeline(timeline_);

@@ -52,9 +52,6 @@ public:
     /// Only the timeline stays.
     void dropService();
 
-    /// Up to now everything was preparation.
-    void beginMeasuring();
-
     // What the floors do.
 
     /// The moments' clips, each with one entry in a table.

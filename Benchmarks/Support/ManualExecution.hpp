@@ -32,10 +32,10 @@ public:
     /// All delays and timers are over; then as above.
     void letTimePass();
 
-    /// CPU seconds of each job of the main thread since the last call, in their order.
-    [[nodiscard]] std::vector<double> takeMainJobs() { return std::exchange(mainJobs_, {}); }
-    /// Counts and memory are then those of the work alone.
-    void makeRoomForMainJobs() { mainJobs_.reserve(10'000); }
+    /// From now on the main thread's jobs are timed; room for that is taken at once.
+    void beginTiming();
+    /// CPU seconds of each job of the main thread since then, in their order.
+    [[nodiscard]] std::vector<double> mainJobs() const { return mainJobs_; }
 
 private:
     class Timer;
@@ -46,6 +46,7 @@ private:
     std::deque<Base::Job> background_;
     std::deque<std::shared_ptr<Timer>> timers_;
     bool isInBackground_ = false;
+    bool isTiming_ = false;
     std::vector<double> mainJobs_;
 };
 
