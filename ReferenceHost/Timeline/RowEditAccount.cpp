@@ -57,8 +57,12 @@ RowEdits RowEditAccount::unsaved(const std::string& sessionId) {
     std::map<const TimelineRow*, std::string> waiting;  // with the names that they have in the list
     RowEdits edits;
     for (const Entry& entry : entries) {
-        if (!removed.contains(entry.row.get()) && mustWait(entry)) {
-            waiting.try_emplace(entry.row.get(), entry.edit.oldName);
+        const bool isRename = entry.edit.kind == RowEdit::Kind::rename;
+        const bool isNameTaken = std::ranges::any_of(waiting, [&](const auto& row) {
+            return row.first != entry.row.get() && row.second == entry.edit.name;
+        });
+        if (isNameTaken || (!removed.contains(entry.row.get()) && mustWait(entry))) {
+            waiting.try_emplace(entry.row.get(), isRename ? entry.edit.oldName : entry.edit.name);
         }
         if (waiting.contains(entry.row.get())) {
             continue;

@@ -23,7 +23,7 @@ public:
 
     /// Those that can be saved in this session and are not, in order. A row's new name, and what was done to the row afterwards, can
     /// be saved when the moments of the row's clips have been written with it: whoever gets the list before them takes the row for a
-    /// new one.
+    /// new one. Another row that has got its former name waits with it: in the list that name is still the first row's.
     [[nodiscard]] RowEdits unsaved(const std::string& sessionId);
     void areSaved(const std::string& sessionId, const RowEdits& edits);
 
