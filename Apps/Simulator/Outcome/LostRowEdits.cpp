@@ -141,9 +141,10 @@ private:
 
     void mustStandThere(const UserEdit& edit) {
         const CodeRecord* row = code(edit.name);
-        const bool isLast = std::ranges::all_of(edits_, [&](const UserEdit* other) {
+        const auto isBefore = [&](const UserEdit* other) {
             return other == &edit || !isRowEdit(*other) || wasKnown(*other, edit);
-        });
+        };
+        const bool isLast = std::ranges::all_of(edits_, isBefore) && std::ranges::all_of(outside_, isBefore);
         if (row == nullptr || !isLast) {
             return;
         }

@@ -57,15 +57,20 @@ bool savedTheList(const History& history, const StayHistory& stay, const Upload&
     });
 }
 
-/// A clip of the row.
+/// A clip of the row, also one of somebody else's.
 bool isOfRow(const History& history, std::string_view clip, const UserEdit& ofRow) {
+    const auto& clips = history.stays[ofRow.stay].stay->picture.clips;
+    const auto shown = std::ranges::find(clips, clip, &ClipPicture::instanceId);
+    if (shown != clips.end()) {
+        return shown->rowId == ofRow.row;
+    }
     return std::ranges::any_of(history.edits, [&](const UserEdit& edit) {
         return edit.timelineId == ofRow.timelineId && edit.row == ofRow.row &&
                std::ranges::find(edit.clips, clip) != edit.clips.end();
     });
 }
 
-/// While the upload ran, its own clip came back and recorded the row, which the upload then took for one that the list has.
+/// While the upload ran, a clip of the row came, or its own came back, and recorded the row, which the upload then took for one that the list has.
 bool wasTakenForKnown(const History& history, const UserEdit& edit) {
     const StayHistory& stay = history.stays[edit.stay];
     return std::ranges::any_of(stay.uploads, [&](const Upload& upload) {
@@ -77,6 +82,26 @@ bool wasTakenForKnown(const History& history, const UserEdit& edit) {
                    });
                });
     });
+}
+
+/// The rows that a hosted timeline had from the start: its first upload sends them.
+Reason whyFirstListWasNotSent(const History& history, const Loss& loss) {
+    const StayHistory& stay = history.stays[loss.stay];
+    const auto first = std::ranges::find(stay.uploads, std::int64_t(1), &Upload::first);
+    if (!stay.stay->isHost || first == stay.uploads.end() ||
+        std::ranges::any_of(stay.calls, [&](std::size_t number) {
+            const Call& call = history.calls[number];
+            return call.name == "savePresentationView" && call.accepted != nullptr;
+        })) {
+        return std::nullopt;
+    }
+    UserEdit row;
+    row.at = stay.stay->from;
+    row.stay = loss.stay;
+    row.kind = EditKind::addRow;
+    row.timelineId = stay.stay->timelineId;
+    row.count = first->first;
+    return whyNotSent(history, row);
 }
 
 /// One that nobody can write with the new name, which is saved when all are written.
@@ -100,16 +125,22 @@ bool hadCode(const MomentHistory& moment, std::string_view code) {
 bool wasRefusedForAClip(const History& history, const UserEdit& edit) {
     const StayHistory& stay = history.stays[edit.stay];
     const std::vector<std::string_view> names = namesOf(history, edit.oldName);
-    return edit.kind == EditKind::renameRow && std::ranges::any_of(stay.calls, [&](std::size_t number) {
-               const Call& call = history.calls[number];
-               return call.at > edit.at && call.isFalse && call.name == "updateMoments" &&
-                      std::ranges::any_of(call.ids, [&](std::string_view moment) {
-                          const MomentHistory* found = history.moment(moment);
-                          return found != nullptr && std::ranges::any_of(names, [&](std::string_view name) {
-                                     return hadCode(*found, name);
-                                 });
-                      });
-           });
+    return std::ranges::any_of(stay.calls, [&](std::size_t number) {
+        const Call& call = history.calls[number];
+        return call.at > edit.at && call.isFalse && call.name == "updateMoments" &&
+               std::ranges::any_of(call.ids, [&](std::string_view moment) {
+                   const MomentHistory* found = history.moment(moment);
+                   return found != nullptr && std::ranges::any_of(names, [&](std::string_view name) {
+                              return hadCode(*found, name);
+                          });
+               });
+    });
+}
+
+/// What is done to a row after its renaming, or to another row that has got its former name, is saved with the new name.
+bool waitsForRenaming(const UserEdit& edit, const UserEdit& renaming) {
+    return renaming.kind == EditKind::renameRow && renaming.timelineId == edit.timelineId &&
+           renaming.at <= edit.at && (renaming.row == edit.row || renaming.oldName == edit.name);
 }
 
 /// The row that had the name has got that of one of its clips, whose user had it under another name.
@@ -131,6 +162,11 @@ Reason whyRowDiffers(const History& history, const Loss& loss) {
     }
     if (missedTheLastList(history, stay, never)) {
         return LossClass::noCodingTarget;
+    }
+    if (loss.kind == LossKind::rowExtra) {
+        if (const Reason reason = whyFirstListWasNotSent(history, loss)) {
+            return reason;
+        }
     }
     if (loss.kind == LossKind::rowMissing && followedAClip(history, stay, loss)) {
         return LossClass::renamedMeanwhile;
@@ -156,11 +192,15 @@ Reason whyRowEditIsLost(const History& history, const Loss& loss) {
         wasTakenForKnown(history, *loss.edit)) {
         return LossClass::takenForKnown;
     }
-    if (loss.kind == LossKind::renameLost) {
-        if (wasRefusedForAClip(history, *loss.edit)) {
+    for (const std::size_t index : stay.edits) {
+        const UserEdit& renaming = history.edits[index];
+        if (!waitsForRenaming(*loss.edit, renaming)) {
+            continue;
+        }
+        if (wasRefusedForAClip(history, renaming)) {
             return LossClass::answeredFalse;
         }
-        if (hasAClipOfNoMoment(stay, *loss.edit)) {
+        if (hasAClipOfNoMoment(stay, renaming)) {
             return LossClass::deletedWhileAway;
         }
     }

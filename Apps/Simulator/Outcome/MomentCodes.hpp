@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Apps/Simulator/Outcome/Reasons.hpp"
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+/// The names of rows that a moment was given, one after the other, and how its clips followed them.
+namespace Simulator {
+
+[[nodiscard]] bool isIn(const ReferenceHost::RemoteChange& change, const MomentHistory& moment);
+
+/// The change names the moment.
+[[nodiscard]] std::string_view codeIn(const ReferenceHost::RemoteChange& change, const MomentHistory& moment);
+
+/// After that change of the session.
+[[nodiscard]] std::string_view codeAt(const MomentHistory& moment, std::uint64_t sequence);
+
+/// The write that made that change of the session; null: it is not in the trace.
+[[nodiscard]] const Call* callOf(const History& history, const SessionHistory* session,
+                                 std::uint64_t sequence);
+
+/// A row of the moment's new code was there, so that its clip stayed on its own.
+[[nodiscard]] bool isLeftOnItsRow(const History& history, const Placement& placement);
+
+/// In that stay, before that entry.
+[[nodiscard]] bool wasLeftOnItsRow(const History& history, const MomentHistory& moment, std::size_t stay,
+                                   std::size_t before);
+
+/// Somebody's new name for the row was written to this moment and not to the other: its author did not have that yet, the other's
+/// did not know of the name, or the other could not be written. `seen` has the stays that are being explained by it.
+[[nodiscard]] Reason whyRenamedWithout(const History& history, const MomentHistory& moment,
+                                       const MomentHistory& other, const std::vector<std::size_t>& seen);
+
+/// As `whyOnWrongRow`, for a clip of a timeline on which another one depends.
+[[nodiscard]] Reason whyOnWrongRow(const History& history, const Loss& loss,
+                                   const std::vector<std::size_t>& seen);
+
+}  // namespace Simulator
