@@ -55,14 +55,7 @@ private:
         if (const Reason reason = whyStillThere()) {
             return reason;
         }
-        if (edit_ == nullptr) {
-            return std::nullopt;
-        }
-        Loss renaming;
-        renaming.kind = LossKind::renameLost;
-        renaming.edit = edit_;
-        const Reason reason = whyBetweenSessions(history_, renaming);
-        return reason ? reason : whyNotSent(history_, *edit_, {}, other_.last->id);
+        return edit_ != nullptr ? whyNotSent(history_, *edit_, {}, other_.last->id) : std::nullopt;
     }
 
     /// With which the call's author has given the name, in the session or before it.
