@@ -43,8 +43,9 @@ void TimelineUploadService::handleTaggingSessionUpdate(TaggingSessionChangeType 
                                                        const ChangedTaggingSession& taggingSession) {
     checkIsMainThread(eventFunction);
     runBlockSerially(
-        [self = shared_from_this(), changeType, taggingSession] {
-            self->attempt(eventFunction, [&] { self->applyEvent(changeType, taggingSession); });
+        // Captured by a name of its own: a copy of what is constant could not be moved into the block.
+        [self = shared_from_this(), changeType, event = taggingSession] {
+            self->attempt(eventFunction, [&] { self->applyEvent(changeType, event); });
             self->runNextBlock();
         },
         SynchronisationBlock::event);
@@ -178,6 +179,11 @@ void TimelineUploadService::updateMoment(const std::shared_ptr<TimelineProtocol>
     }
     if (const auto instance = moment.updateOnTimeline(timeline, place.instanceId, place.rowId)) {
         instance->setExternalId(moment.identifier());
+        // Nearly always, and found without a search through the rows.
+        const auto row = instance->row();
+        if (row && row->uniqueId() == place.rowId && row->name() == moment.code()) {
+            return;
+        }
     }
     followCode(timeline, moment, place.rowId);
 }

@@ -88,8 +88,7 @@ void TimelineUploadService::updateTaggingSession(SuccessCompletion completion) {
 
 /// Null when there is nothing to send, or nowhere to send it.
 std::shared_ptr<const TimelineUploadService::ChangeSet> TimelineUploadService::findLocalChanges() {
-    const auto sessionId = taggingSessionId();
-    if (!sessionId) {
+    if (!hasTaggingSession()) {
         return nullptr;
     }
     const auto current = timeline();
@@ -107,7 +106,7 @@ std::shared_ptr<const TimelineUploadService::ChangeSet> TimelineUploadService::f
         return nullptr;
     }
     auto changes = std::make_shared<ChangeSet>();
-    changes->taggingSessionId = *sessionId;
+    changes->taggingSessionId = taggingSessionId().value();  // never taken back
     changes->firstModifyCount = lastModifyCount_ + 1;
     changes->partialTimeline = current->timelineFromModifyCount(changes->firstModifyCount, false);
     changes->partialRows = changes->partialTimeline->allRows();
@@ -209,13 +208,13 @@ Base::Task<Base::Result<void>> TimelineUploadService::uploadNewInstances(Instanc
                                               instances](Base::Completion<MomentIds> done) {
         service->createMoments(teamId, videoId, taggingSessionId, timelineId, instances, std::move(done));
     });
-    const Base::Result<MomentIds> created = co_await creating;
+    Base::Result<MomentIds> created = co_await creating;
     if (!created.succeeded()) {
         environment_.logManager.logWarn(
             "Unable to upload new moments. Error=" + Base::describe(created.error()) + ".");
         co_return Base::Result<void>::failure(created.error());
     }
-    const auto momentIds = std::make_shared<const MomentIds>(created.value());
+    const auto momentIds = std::make_shared<MomentIds>(std::move(created).value());
     const auto index = std::make_shared<LiveInstanceIndex>();
     const auto next = std::make_shared<std::size_t>(0);
     const std::size_t pairs = std::min(instances->size(), momentIds->size());
@@ -232,15 +231,17 @@ Base::Task<Base::Result<void>> TimelineUploadService::uploadNewInstances(Instanc
     co_return Base::Result<void>();
 }
 
-/// Handles pairs from `first` on, one at a time and in order, and gives the first one left for the next slice.
+/// Handles pairs from `first` on, one at a time and in order, and gives the first one left for the next slice. Takes away the
+/// moment ids that it has handled.
 std::size_t TimelineUploadService::writeBackSlice(const Instances& instances,
-                                                  const std::vector<std::string>& momentIds,
-                                                  std::size_t first, LiveInstanceIndex& index) {
+                                                  std::vector<std::string>& momentIds, std::size_t first,
+                                                  LiveInstanceIndex& index) {
     const std::size_t end = std::min({instances.size(), momentIds.size(), first + Limits::writeBackSlice});
     index.refresh(timeline());
     for (std::size_t position = first; position < end; ++position) {
-        attempt("setExternalIdAndCacheInstance(instance:externalId:)",
-                [&] { setExternalIdAndCacheInstance(instances[position], momentIds[position], index); });
+        attempt("setExternalIdAndCacheInstance(instance:externalId:)", [&] {
+            setExternalIdAndCacheInstance(instances[position], std::move(momentIds[position]), index);
+        });
     }
     return end;
 }
@@ -253,7 +254,7 @@ void TimelineUploadService::setExternalIdAndCacheInstance(
 }
 
 void TimelineUploadService::setExternalIdAndCacheInstance(
-    const std::shared_ptr<TimelineInstanceProtocol>& instance, const std::string& externalId,
+    const std::shared_ptr<TimelineInstanceProtocol>& instance, std::string externalId,
     LiveInstanceIndex& index) {
     constexpr std::string_view function = "setExternalIdAndCacheInstance(instance:externalId:)";
     checkIsMainThread(function);
@@ -263,7 +264,7 @@ void TimelineUploadService::setExternalIdAndCacheInstance(
         return;
     }
     if (const auto liveInstance = index.find(row->uniqueId(), instance->uniqueId())) {
-        liveInstance->setExternalId(externalId);
+        liveInstance->setExternalId(std::move(externalId));
         momentCache_.cacheInstances(liveInstance);
     }
 }

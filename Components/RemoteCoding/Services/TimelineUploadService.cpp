@@ -122,15 +122,11 @@ TimelineUploadService::createTaggingSessionAndStart(std::shared_ptr<TimelineUplo
     }
 }
 
-// The block holds the synchroniser weakly: a change that nobody is left to upload is not worth keeping it.
+// The block does not hold the synchroniser: a change that nobody is left to upload is not worth keeping it, and the queue, a
+// member, runs no block once it is gone. Whoever runs a block holds the synchroniser, and so does an upload that has started.
 void TimelineUploadService::queueUpload() {
-    runBlockSerially(
-        [weakSelf = weak_from_this()] {
-            if (const auto self = weakSelf.lock()) {
-                self->updateTaggingSession([self](bool) { self->runNextBlock(); });
-            }
-        },
-        SynchronisationBlock::upload);
+    runBlockSerially([this] { updateTaggingSession([this](bool) { runNextBlock(); }); },
+                     SynchronisationBlock::upload);
 }
 
 void TimelineUploadService::cancelSyncing() {
@@ -164,6 +160,11 @@ SynchronisationStatus TimelineUploadService::status() const {
         status.activity = Activity::working;
     }
     return status;
+}
+
+bool TimelineUploadService::hasTaggingSession() const {
+    const std::lock_guard lock(taggingSessionIdMutex_);
+    return taggingSessionId_.has_value();
 }
 
 std::optional<std::string> TimelineUploadService::taggingSessionId() const {

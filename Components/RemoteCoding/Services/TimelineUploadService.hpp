@@ -178,6 +178,8 @@ private:
     static Base::Task<void> waitAndComplete(std::shared_ptr<TimelineUploadService> self, double timeInSeconds,
                                             std::function<void()> completion);
 
+    [[nodiscard]] bool hasTaggingSession() const;
+
     /// The timeline and its session have not met: nothing of either has gone to the other.
     [[nodiscard]] bool hasNotMetItsSession() const { return firstPullIsPending_ && lastModifyCount_ == 0; }
 
@@ -194,10 +196,10 @@ private:
                                                           std::string taggingSessionId);
     Base::Task<Base::Result<void>> uploadPresentationView(std::shared_ptr<const ChangeSet> changes);
     Base::Task<void> createNewTaggingSession();
-    std::size_t writeBackSlice(const Instances& instances, const std::vector<std::string>& momentIds,
+    std::size_t writeBackSlice(const Instances& instances, std::vector<std::string>& momentIds,
                                std::size_t first, LiveInstanceIndex& index);
     void setExternalIdAndCacheInstance(const std::shared_ptr<TimelineInstanceProtocol>& instance,
-                                       const std::string& externalId, LiveInstanceIndex& index);
+                                       std::string externalId, LiveInstanceIndex& index);
 
     // Remote changes
     void applyEvent(TaggingSessionChangeType changeType, const ChangedTaggingSession& taggingSession);
