@@ -203,8 +203,11 @@ void TimelineUploadService::followCode(const std::shared_ptr<TimelineProtocol>& 
     if (const auto codingTarget = timeline->codingTarget()) {
         environment_.logManager.logInfo("Moment has a different code, renaming row");
         codingTarget->setRowNameWithRowNum((*found)->rowNum(), moment.code());
-        // Else the row would count as renamed by the user, and all its moments would be sent again.
-        momentCache_.cacheRows(*found);
+        // Else the row would count as renamed by the user, and all its moments would be sent again. A host that keeps its user's
+        // newer name has received nothing: that name still has to be sent.
+        if ((*found)->name() == moment.code()) {
+            momentCache_.cacheRows(*found);
+        }
     }
 }
 
