@@ -12,7 +12,7 @@ namespace {
 constexpr auto highest = std::numeric_limits<std::uint64_t>::max();
 constexpr EditNumbers everyEdit{highest, highest, highest};
 
-// What stands for a moment that could not be placed: on no row, and on no timeline.
+// What stands for a moment that has no place: on no row, and on no timeline.
 std::shared_ptr<TimelineInstance> unplaced(const MomentRecord& moment) {
     auto instance = std::make_shared<TimelineInstance>(
         moment.id, std::weak_ptr<TimelineRow>(), ClipValues(moment.start, moment.end, moment.notes), 0, true);
@@ -56,7 +56,14 @@ std::shared_ptr<TimelineInstance> CloudMomentItem::placeOn(Timeline& timeline, c
         how = "moved";
     } else if (rules_.ownMomentsRecognised && moment_->originTimelineId == timeline.uniqueId()) {
         const std::string& origin = moment_->originInstanceId;
-        if (const auto instance = timeline.findInstance(origin)) {
+        const auto instance = timeline.findInstance(origin);
+        const auto deleted = rules_.deletedClipsStayDeleted ? timeline.findDeletedInstance(origin) : nullptr;
+        const auto clip = instance ? instance : deleted;
+        if (clip && !clip->standFor(moment_->sessionId, moment_->number)) {
+            how = "former";
+            return unplaced(*moment_);
+        }
+        if (instance) {
             how = "own";
             instance->setExternalId(moment_->id);
             if (rules_.onlyEditsAreWritten) {
@@ -64,7 +71,6 @@ std::shared_ptr<TimelineInstance> CloudMomentItem::placeOn(Timeline& timeline, c
             }
             return instance;
         }
-        const auto deleted = rules_.deletedClipsStayDeleted ? timeline.findDeletedInstance(origin) : nullptr;
         if (deleted) {
             how = "deleted";
             deleted->setExternalId(moment_->id);

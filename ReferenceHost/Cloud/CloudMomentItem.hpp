@@ -40,7 +40,8 @@ private:
 ///
 /// A moment that an instance's `externalId` names is appended as that instance, which is brought up to date. A moment that
 /// the timeline itself has sent without hearing of it is appended as that instance; what its user has set since then stays.
-/// When the user has deleted it meanwhile, it stays deleted, and its deletion counts once more, so that it is sent. On any
+/// When the user has deleted it meanwhile, it stays deleted, and its deletion counts once more, so that it is sent. A moment whose
+/// instance stands for a later one already (news that comes late, of before a deletion and its undoing) has no place. On any
 /// other kind of timeline a moment has no place: it is appended as an instance without a row, and updates find nothing.
 class CloudMomentItem final : public RemoteCoding::MomentItem {
 public:

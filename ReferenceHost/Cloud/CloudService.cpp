@@ -87,6 +87,12 @@ CloudService::createMoments(ClientId client, const std::string& videoId, const s
                    : noSuchSession<std::vector<std::string>>();
 }
 
+std::vector<std::uint64_t> CloudService::numbersOf(const std::string& sessionId,
+                                                   const std::vector<std::string>& momentIds) const {
+    const auto session = sessionNamed(sessionId);
+    return session ? session->numbersOf(momentIds) : std::vector<std::uint64_t>(momentIds.size());
+}
+
 Base::Result<bool> CloudService::updateMoments(ClientId client, const std::string& videoId,
                                                const std::string& sessionId, const std::string& timelineId,
                                                const std::vector<MomentDraft>& drafts) {

@@ -87,6 +87,9 @@ public:
     [[nodiscard]] Base::Result<std::vector<std::string>>
     createMoments(ClientId client, const std::string& videoId, const std::string& sessionId,
                   const std::string& timelineId, const std::vector<MomentDraft>& drafts);
+    /// The moments' numbers in their session; 0 for one that is gone.
+    [[nodiscard]] std::vector<std::uint64_t> numbersOf(const std::string& sessionId,
+                                                       const std::vector<std::string>& momentIds) const;
     [[nodiscard]] Base::Result<bool> updateMoments(ClientId client, const std::string& videoId,
                                                    const std::string& sessionId,
                                                    const std::string& timelineId,

@@ -3,6 +3,7 @@
 #include "Base/Error.hpp"
 #include "ReferenceHost/Cloud/CloudConnection.hpp"
 #include "ReferenceHost/Cloud/CloudService.hpp"
+#include "ReferenceHost/Cloud/CreatedMoments.hpp"
 #include "ReferenceHost/Timeline/Timeline.hpp"
 #include "ReferenceHost/Timeline/TimelineInstance.hpp"
 #include "ReferenceHost/Timeline/TimelineRow.hpp"
@@ -99,6 +100,9 @@ bool isAnsweredFalse(const Fault& fault) { return fault.kind == Fault::Kind::ans
 
 }  // namespace
 
+CloudTaggingSessionService::CloudTaggingSessionService(std::shared_ptr<CloudConnection> connection)
+    : connection_(std::move(connection)), created_(std::make_shared<CreatedMoments>()) {}
+
 void CloudTaggingSessionService::createTaggingSession(const std::string& teamId, const std::string& videoId,
                                                       const std::string& userId,
                                                       Base::Completion<std::string> completion) {
@@ -159,7 +163,9 @@ void CloudTaggingSessionService::createMoments(const std::string& teamId, const 
         completion(unreadable<std::vector<std::string>>());
         return;
     }
+    const auto numbers = std::make_shared<std::vector<std::uint64_t>>();
     completion = notingWrites(instances, *drafts, std::move(completion));
+    completion = created_->naming(instances, taggingSessionId, numbers, std::move(completion));
     CloudCall call = callOf(CloudOperation::createMoments, teamId, videoId, taggingSessionId, timelineId);
     call.count = drafts->size();
     for (const MomentDraft& draft : *drafts) {
@@ -170,6 +176,9 @@ void CloudTaggingSessionService::createMoments(const std::string& teamId, const 
         std::move(call),
         [=, drafts = std::move(*drafts)](CloudService& service, const Fault& fault) {
             auto answer = service.createMoments(client, videoId, taggingSessionId, timelineId, drafts);
+            if (answer.succeeded()) {
+                *numbers = service.numbersOf(taggingSessionId, answer.value());
+            }
             if (fault.kind != Fault::Kind::answerShort || !answer.succeeded()) {
                 return answer;
             }

@@ -40,6 +40,8 @@ struct MomentRecord {
     std::string originTimelineId;
     std::string originInstanceId;
     std::map<std::string, EditNumbers> taken{};  ///< by timeline: up to which of its edits the moment goes
+    std::string sessionId{};
+    std::uint64_t number = 0;  ///< a later moment of the session has a higher one
 
     friend bool operator==(const MomentRecord&, const MomentRecord&) = default;
 };

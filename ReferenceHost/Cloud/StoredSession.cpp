@@ -190,7 +190,9 @@ MomentPointer* StoredSession::find(const std::string& momentId) {
 
 std::string StoredSession::add(const std::string& timelineId, const MomentDraft& draft) {
     MomentRecord moment;
-    moment.id = id_ + ".moment-" + std::to_string(++lastMoment_);
+    moment.sessionId = id_;
+    moment.number = ++lastMoment_;
+    moment.id = id_ + ".moment-" + std::to_string(moment.number);
     moment.originTimelineId = timelineId;
     moment.originInstanceId = draft.instanceId;
     if (draft.numbers) {
@@ -203,6 +205,18 @@ std::string StoredSession::add(const std::string& timelineId, const MomentDraft&
     momentsById_[id] = std::prev(moments_.end());
     idsByOrigin_[Origin(timelineId, draft.instanceId)] = id;
     return id;
+}
+
+std::vector<std::uint64_t> StoredSession::numbersOf(const std::vector<std::string>& momentIds) {
+    return Base::synchronized(lock_, [&] {
+        std::vector<std::uint64_t> numbers;
+        numbers.reserve(momentIds.size());
+        for (const std::string& momentId : momentIds) {
+            const MomentPointer* moment = find(momentId);
+            numbers.push_back(moment != nullptr ? (*moment)->number : 0);
+        }
+        return numbers;
+    });
 }
 
 void StoredSession::remove(const std::string& momentId) {

@@ -29,6 +29,7 @@ public:
                                                          CloudService::ClientId client,
                                                          const std::string& timelineId,
                                                          const std::vector<MomentDraft>& drafts);
+    [[nodiscard]] std::vector<std::uint64_t> numbersOf(const std::vector<std::string>& momentIds);
     [[nodiscard]] bool updateMoments(const CloudRules& rules, CloudService::ClientId client,
                                      const std::string& timelineId, const std::vector<MomentDraft>& drafts);
     [[nodiscard]] bool removeMoments(const CloudRules& rules, CloudService::ClientId client,

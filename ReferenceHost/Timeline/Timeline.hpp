@@ -158,6 +158,11 @@ public:
     void enterSession() { rowEdits_.enterSession(); }
     void beginPublishing();
 
+    /// Any thread. How often it was published as a new one.
+    [[nodiscard]] std::uint64_t timesPublished() const {
+        return timesPublished_.load(std::memory_order_acquire);
+    }
+
     /// Takes away a clip that the sync library puts elsewhere.
     void removeRemoteInstance(const std::string& instanceId);
 
@@ -217,6 +222,7 @@ private:
     std::string keepsItsName_;
 
     std::atomic<std::int64_t> modifyCount_{0};
+    std::atomic<std::uint64_t> timesPublished_{0};
     ChangeLog<TimelineRow> rowLog_;
     ChangeLog<TimelineInstance> instanceLog_;
     std::unordered_set<std::string> deletedByUser_;                              // clips that are gone

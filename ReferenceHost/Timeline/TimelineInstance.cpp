@@ -100,6 +100,18 @@ EditNumbers TimelineInstance::written() const {
     return synchronized(lock_, [this] { return written_; });
 }
 
+bool TimelineInstance::standFor(const std::string& sessionId, std::uint64_t momentNumber) {
+    if (const auto original = original_.lock()) {
+        return original->standFor(sessionId, momentNumber);
+    }
+    return synchronized(lock_, [&] {
+        std::uint64_t& last = lastMoment_[sessionId];
+        const bool isLatest = momentNumber >= last;
+        last = std::max(last, momentNumber);
+        return isLatest;
+    });
+}
+
 void TimelineInstance::setEditNumbers(EditNumbers numbers) {
     synchronized(lock_, [&] { numbers_ = numbers; });
 }

@@ -5,6 +5,7 @@
 #include "ReferenceHost/Timeline/UserEdits.hpp"
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -63,6 +64,10 @@ public:
     /// Up to which edits the clip was written.
     [[nodiscard]] EditNumbers written() const;
 
+    /// The clip stands for this moment of the session: false when it stands for a later one already. Of a detached copy: the clip
+    /// that it shows does.
+    bool standFor(const std::string& sessionId, std::uint64_t momentNumber);
+
     /// Whether it came from elsewhere, by the sync library.
     [[nodiscard]] bool isShared() const { return isShared_; }
 
@@ -90,11 +95,13 @@ private:
 
     std::weak_ptr<TimelineInstance> original_;  // of a detached copy
 
-    Base::ObjectLock lock_;  // guards the next four
+    Base::ObjectLock lock_;  // guards the next five
     ClipValues values_;
     EditNumbers numbers_;
     EditNumbers written_;
     std::optional<std::string> externalId_;
+    std::map<std::string, std::uint64_t>
+        lastMoment_;  // by session: the number of the latest that it has stood for
 
     bool onRow_ = true;  // guarded by the row's lock
 };

@@ -93,6 +93,7 @@ void Timeline::forgetEdits(const std::string& instanceId, const EditNumbers& tak
 void Timeline::leaveSession() { rowEdits_.leaveSession(lastEditNumber_); }
 
 void Timeline::beginPublishing() {
+    timesPublished_.fetch_add(1, std::memory_order_acq_rel);
     forgetMoments();
     rowEdits_.publish(lastEditNumber_);
 }

@@ -112,6 +112,22 @@ TEST_P(CloudServiceContract, GivesBackTheClipThatAMomentOfThisTimelineStandsFor)
     EXPECT_EQ(changes->deletedInstanceIds(), Ids{clip->uniqueId()}) << "The deletion can be sent.";
 }
 
+TEST_P(CloudServiceContract, GivesNoPlaceToAMomentWhoseClipStandsForALaterOne) {
+    const std::string session = createSession(ann);
+    const Instance clip = tag(ann, Clip("Shot", 1, 2, ""));
+    const Ids first = create(ann, session, {clip});
+    const auto late = fetchMoments(ann).front();
+    EXPECT_TRUE(wait(startRemove(ann, session, first)).value());
+    const std::string second = create(ann, session, {clip}).front();
+    clip->setExternalId(second);
+    const std::int64_t count = timeline(ann)->modifyCount();
+
+    EXPECT_EQ(late->appendToTimeline(timeline(ann))->row(), nullptr);
+    EXPECT_EQ(clip->externalId(), second);
+    EXPECT_EQ(timeline(ann)->modifyCount(), count);
+    EXPECT_EQ(fetchMoments(ann).front()->appendToTimeline(timeline(ann))->uniqueId(), clip->uniqueId());
+}
+
 TEST_P(CloudServiceContract, GivesBackTheClipThatHasTheMomentsIdAndBringsItUpToDate) {
     const std::string session = createSession(ann);
     const Instances clips{tag(ann, Clip("Shot", 1, 2, "")), tag(ann, Clip("Pass", 3, 4, ""))};

@@ -18,8 +18,9 @@ constexpr const char* team = "team";
 constexpr const char* video = "video";
 
 /// What the session must hold after these calls, worked out call by call without any of the service's means.
-std::vector<MomentRecord> fold(const std::vector<AcceptedCall>& calls) {
+std::vector<MomentRecord> fold(const std::vector<AcceptedCall>& calls, const std::string& session) {
     std::vector<MomentRecord> moments;
+    std::uint64_t created = 0;
     for (const AcceptedCall& call : calls) {
         const bool creates = call.operation == CloudOperation::createMoments;
         for (std::size_t i = 0; i < call.drafts.size(); ++i) {
@@ -30,10 +31,20 @@ std::vector<MomentRecord> fold(const std::vector<AcceptedCall>& calls) {
                 moment = moments.emplace(moment);
                 moment->originTimelineId = call.timelineId;
                 moment->originInstanceId = draft.instanceId;
+                moment->number = ++created;
             }
             if (moment != moments.end()) {
-                *moment = {id,        *draft.code, *draft.codeColor,         draft.start,
-                           draft.end, draft.notes, moment->originTimelineId, moment->originInstanceId};
+                *moment = {id,
+                           *draft.code,
+                           *draft.codeColor,
+                           draft.start,
+                           draft.end,
+                           draft.notes,
+                           moment->originTimelineId,
+                           moment->originInstanceId,
+                           {},
+                           session,
+                           moment->number};
             }
         }
         if (call.operation == CloudOperation::removeMoments) {
@@ -142,7 +153,7 @@ TEST(CloudHistory, FollowsFromTheAcceptedCallsAndReachesEverySubscriber) {
         time.runFor(Base::Seconds(60));
 
         const auto record = *cloud.snapshot(session);
-        const auto expected = fold(cloud.log(session));
+        const auto expected = fold(cloud.log(session), session);
         EXPECT_GT(expected.size(), 5U);
         EXPECT_TRUE(
             std::ranges::equal(record.moments, expected, {}, [](const auto& moment) { return *moment; }));

@@ -32,7 +32,8 @@ public:
 
     /// Main thread. Adds the clip to the timeline, on the row named by the code, with its `externalId` set; makes the row
     /// when it is missing. A moment that this very timeline has sent is not added twice: the clip that it stands for
-    /// is given back. The row of the result may be absent when the library could not place it. Never null.
+    /// is given back, and when that stands for a later moment by now, an instance without a row. The row of the result may
+    /// also be absent when the library could not place it. Never null.
     [[nodiscard]] virtual std::shared_ptr<TimelineInstanceProtocol>
     appendToTimeline(const std::shared_ptr<TimelineProtocol>& timeline) const = 0;
 

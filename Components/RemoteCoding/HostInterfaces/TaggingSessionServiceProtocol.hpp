@@ -40,6 +40,7 @@ public:
 
     /// Creates one moment for each instance and gives their identifiers, in the same order. Repeating a creation for the
     /// same timeline id and instance id, while its moment lives, updates that moment and gives its identifier again.
+    /// None, when the timeline was published as another session's meanwhile.
     virtual void createMoments(const std::string& teamId, const std::string& videoId,
                                const std::string& taggingSessionId, const std::string& timelineId,
                                InstanceList instances,
