@@ -17,9 +17,6 @@ const std::vector<LossClassText>& lossClassTexts() {
         {LossClass::waiting, "waiting for the next edit",
          "The upload of the edit failed; it is repeated with the next edit, or when the network comes back."},
         {LossClass::answeredFalse, "refused by the cloud", "The cloud refused the edit."},
-        {LossClass::sentElsewhere, "sent to another session",
-         "The timeline's session was still sending when its analyst began the next one: an edit of that "
-         "moment is in one of the two."},
         {LossClass::takenForKnown, "row not listed",
          "A new or renamed row was sent with a clip while somebody else's change was coming in: its clips "
          "are there for all, and the "
@@ -28,8 +25,6 @@ const std::vector<LossClassText>& lossClassTexts() {
          "Two analysts deleted the same clip, and both took it back: it is there twice."},
         {LossClass::neverFetched, "never fetched",
          "The first fetch of the session failed; it is fetched when the connection breaks next."},
-        {LossClass::ofAnotherSession, "from another session",
-         "A clip that came with another session stays on the timeline; it is not in this one."},
         {LossClass::deletedOutside, "deleted outside of the session",
          "A clip that was deleted outside of the session comes back on joining; taking the deletion back "
          "gives it a second time."},

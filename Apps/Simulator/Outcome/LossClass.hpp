@@ -17,7 +17,6 @@ enum class LossClass : std::uint8_t {
     answeredFalse,
 
     // It reached it, and something else was made of it.
-    sentElsewhere,
     takenForKnown,
     broughtBackTwice,
     undoneLater,
@@ -25,7 +24,6 @@ enum class LossClass : std::uint8_t {
 
     // It did not reach a timeline.
     neverFetched,
-    ofAnotherSession,
     deletedOutside,
     noCodingTarget,
     noRow,

@@ -10,14 +10,6 @@ bool isRemoval(const UserEdit& edit) {
     return edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow;
 }
 
-/// When the last change of the moment was brought onto the timeline; null: it was not.
-const Arrival* arrivalOf(const StayHistory& stay, std::uint64_t sequence) {
-    const auto found = std::ranges::find_if(stay.arrivals, [&](const Arrival& arrival) {
-        return arrival.isPull ? arrival.sequence >= sequence : arrival.sequence == sequence;
-    });
-    return found != stay.arrivals.end() ? &*found : nullptr;
-}
-
 /// A clip of the timeline and its moment differ.
 Reason whyClipDiffers(const History& history, const Loss& loss) {
     const StayHistory& stay = history.stays[loss.stay];
@@ -40,26 +32,18 @@ Reason whyClipDiffers(const History& history, const Loss& loss) {
         return std::nullopt;
     }
     if (loss.kind == LossKind::clipMissing) {
-        return whyNotArrived(history, loss);
+        const bool isDeleted = edit != nullptr && isRemoval(*edit);
+        const Reason reason =
+            isDeleted
+                ? whyNotDeleted(history, *edit, *std::ranges::find_first_of(edit->clips, clips), loss.moment)
+                : std::nullopt;
+        return reason ? reason : whyNotArrived(history, loss);
     }
-    const Arrival* arrival = arrivalOf(stay, moment->changes.back()->sequence);
-    if (loss.kind == LossKind::clipExtra && arrival != nullptr) {
-        if (hadNoTarget(history, stay, arrival->at)) {
-            return LossClass::noCodingTarget;
-        }
-        const bool wasThereBefore = std::ranges::any_of(moment->placements,
-                                                        [&](const Placement& placement) {
-                                                            return placement.stay != loss.stay &&
-                                                                   placement.at < stay.stay->from &&
-                                                                   placement.clip == loss.clip;
-                                                        }) ||
-                                    moment->last->originInstanceId == loss.clip;
-        if (arrival == &stay.arrivals.front() && arrival->isPull && wasThereBefore) {
-            return LossClass::deletedWhileAway;
-        }
-        return whyThereTwice(history, loss);  // and one of the two was taken away
+    if (loss.kind != LossKind::clipExtra) {
+        return std::nullopt;
     }
-    return std::nullopt;
+    const Reason reason = whyNotTakenAway(history, loss);
+    return reason ? reason : whyThereTwice(history, loss);  // and one of the two was taken away
 }
 
 /// The clip's own timeline did not know yet, at that entry, that the moment stands for it.
@@ -140,7 +124,7 @@ const UserEdit* lastEditOf(const History& history, std::string_view timelineId,
 }
 
 Reason explain(const History& history, const Loss& loss) {
-    if (const Reason reason = whyBetweenSessions(history, loss)) {
+    if (const Reason reason = whyNeverFetched(history, loss)) {
         return reason;
     }
     if (loss.kind == LossKind::clipOnWrongRow) {

@@ -36,11 +36,18 @@ using Reason = std::optional<LossClass>;
 /// A pull that could not read the moment took it for deleted, on some timeline.
 [[nodiscard]] bool wasReadAsDeleted(const History& history, const MomentHistory& moment, std::string_view id);
 
-/// What lies between two sessions of a timeline, or before its first.
-[[nodiscard]] Reason whyBetweenSessions(const History& history, const Loss& loss);
+/// The timeline's first fetch has failed, and there was no other.
+[[nodiscard]] Reason whyNeverFetched(const History& history, const Loss& loss);
 
 /// The cloud has a clip that is not on the timeline.
 [[nodiscard]] Reason whyNotArrived(const History& history, const Loss& loss);
+
+/// The clip is on the timeline, and its moment was deleted.
+[[nodiscard]] Reason whyNotTakenAway(const History& history, const Loss& loss);
+
+/// Why the cloud still has a clip that was deleted in a session; absent also when that was not in one.
+[[nodiscard]] Reason whyNotDeleted(const History& history, const UserEdit& removal, std::string_view clip,
+                                   std::string_view moment);
 
 /// Two clips of the timeline stand for the moment.
 [[nodiscard]] Reason whyThereTwice(const History& history, const Loss& loss);

@@ -28,40 +28,60 @@ std::vector<std::pair<std::size_t, std::size_t>> timesUnread(const History& hist
     return times;
 }
 
-/// The timeline's own clip for the moment has been given the name of a moment of another session, whose answer came later.
-bool isNamedElsewhere(const History& history, const StayHistory& stay, const MomentHistory& moment) {
-    return std::ranges::any_of(stay.stay->picture.clips, [&](const ClipPicture& clip) {
-        const MomentHistory* named = clip.momentId ? history.moment(*clip.momentId) : nullptr;
-        return clip.instanceId == moment.last->originInstanceId && named != nullptr &&
-               named->session != stay.session;
-    });
+/// A guest's timeline has nothing of the session but what happened since.
+bool wasNeverFetched(const StayHistory& stay) {
+    return !stay.stay->isHost && std::ranges::none_of(stay.arrivals, &Arrival::isPull);
 }
 
 bool tookAway(const UserEdit& edit) {
     return edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow;
 }
 
+bool bringsBack(const UserEdit& edit) {
+    return edit.kind == EditKind::restoreClip || edit.kind == EditKind::restoreRow;
+}
+
 }  // namespace
 
+Reason whyNeverFetched(const History& history, const Loss& loss) {
+    return loss.edit == nullptr && wasNeverFetched(history.stays[loss.stay]) ? Reason(LossClass::neverFetched)
+                                                                             : std::nullopt;
+}
+
+Reason whyNotDeleted(const History& history, const UserEdit& removal, std::string_view clip,
+                     std::string_view moment) {
+    if (removal.stay == never) {
+        return std::nullopt;
+    }
+    const Reason reason = whyNotSent(history, removal, clip, moment);
+    return reason ? reason
+                  : whyDeletionIsLost(history,
+                                      {LossKind::deletionLost, removal.stay, moment, clip, {}, &removal, {}});
+}
+
 Reason whyThereTwice(const History& history, const Loss& loss) {
-    const StayHistory& stay = history.stays[loss.stay];
+    const std::string& timelineId = history.stays[loss.stay].stay->timelineId;
     for (const Placement& placement : history.moment(loss.moment)->placements) {
-        if (placement.stay != loss.stay || placement.how != "new") {
+        if (placement.how != "new" || history.stays[placement.stay].stay->timelineId != timelineId) {
             continue;
         }
-        // The user had taken the other clip away, and has taken it back since.
+        // The user had taken the other clip away, and has taken that back since.
         const UserEdit* removal = nullptr;
+        std::string_view other;
         for (const UserEdit& edit : history.edits) {
-            const auto place = std::ranges::find(edit.moments, loss.moment);
-            if (edit.timelineId == stay.stay->timelineId && place != edit.moments.end() && tookAway(edit) &&
-                edit.at < placement.at) {
-                removal = &edit;
+            if (edit.timelineId != timelineId) {
+                continue;
             }
-        }
-        if (removal != nullptr) {
-            const auto place = std::ranges::find(removal->moments, loss.moment) - removal->moments.begin();
-            return whyNotSent(history, *removal, removal->clips[static_cast<std::size_t>(place)],
-                              loss.moment);
+            const auto place = std::ranges::find(edit.moments, loss.moment);
+            if (edit.at < placement.at && tookAway(edit) && place != edit.moments.end()) {
+                removal = &edit;
+                other = edit.clips[static_cast<std::size_t>(place - edit.moments.begin())];
+            } else if (removal != nullptr && edit.at > placement.at && bringsBack(edit) &&
+                       std::ranges::find(edit.clips, other) != edit.clips.end() &&
+                       (other == loss.clip || placement.clip == loss.clip)) {
+                const Reason reason = whyNotDeleted(history, *removal, other, loss.moment);
+                return reason || removal->stay == placement.stay ? reason : LossClass::deletedOutside;
+            }
         }
     }
     return std::nullopt;
@@ -81,9 +101,6 @@ bool wasReadAsDeleted(const History& history, const MomentHistory& moment, std::
 Reason whyNotArrived(const History& history, const Loss& loss) {
     const StayHistory& stay = history.stays[loss.stay];
     const MomentHistory& moment = *history.moment(loss.moment);
-    if (isNamedElsewhere(history, stay, moment)) {
-        return LossClass::sentElsewhere;
-    }
     const Placement* last = nullptr;
     for (const Placement& placement : moment.placements) {
         if (placement.stay == loss.stay) {

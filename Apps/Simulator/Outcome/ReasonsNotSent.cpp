@@ -46,6 +46,16 @@ bool wasCountedAsApplied(const History& history, const StayHistory& stay, const 
     });
 }
 
+/// The timeline was published as another session's before the first upload of the edit.
+bool wasPublishedAnew(const History& history, const UserEdit& edit,
+                      const std::vector<const Upload*>& uploads) {
+    return !uploads.empty() && std::ranges::any_of(history.stays, [&](const StayHistory& next) {
+        return next.stay->timelineId == edit.timelineId && next.stay->isHost && next.stay->from > edit.at &&
+               std::ranges::all_of(uploads,
+                                   [&](const Upload* upload) { return upload->start > next.stay->from; });
+    });
+}
+
 }  // namespace
 
 Reason whyNotSent(const History& history, const UserEdit& edit, std::string_view clip,
@@ -68,6 +78,10 @@ Reason whyNotSent(const History& history, const UserEdit& edit, std::string_view
         if (upload.start > edit.at && upload.covers(edit.count)) {
             uploads.push_back(&upload);
         }
+    }
+    const bool isOfRows = edit.kind >= EditKind::addRow && edit.kind != EditKind::removeRow;
+    if (isOfRows && wasPublishedAnew(history, edit, uploads)) {
+        return LossClass::left;
     }
     if (std::ranges::any_of(uploads, [](const Upload* upload) { return upload->succeeded; })) {
         return std::nullopt;

@@ -124,6 +124,17 @@ std::size_t TraceReader::stayOf(std::size_t at, std::string_view timelineId,
     return stay;
 }
 
+/// Whose fetch begins: of several, the one of the latest stay, as a synchroniser that was cancelled does not fetch.
+std::size_t TraceReader::pullingStay(std::string_view analyst) const {
+    std::size_t stay = never;
+    for (std::size_t index = 0; index < running_.size(); ++index) {
+        if (running_[index].pulls && history_.stays[index].stay->analyst == analyst) {
+            stay = index;
+        }
+    }
+    return stay;
+}
+
 void TraceReader::readCall(std::size_t at, const Entry& entry) {
     const std::string_view name = entry.field("name");
     const std::string_view timelineId = entry.field("timelineId");
@@ -148,6 +159,10 @@ void TraceReader::readCall(std::size_t at, const Entry& entry) {
     }
     if (name == "subscribeToTaggingSessionChanges") {
         subscriptions_[{entry.host, entry.field("subscription")}] = stayOf(at, timelineId);
+        return;
+    }
+    if (name == "fetchTaggingSessions") {
+        pulling_[{entry.host, entry.field("call")}] = pullingStay(entry.host);
         return;
     }
     const std::size_t stay = stayOf(at, timelineId, entry.field("taggingSessionId"));
@@ -210,8 +225,9 @@ const AcceptedCall* TraceReader::acceptedCall(const Call& call, const Entry& eff
 void TraceReader::readAnswer(std::size_t at, const Entry& entry) {
     if (entry.field("name") == "fetchTaggingSessions") {
         const auto fetch = fetches_.find({entry.host, entry.field("call")});
-        const auto stay = pulling_.find(entry.host);
-        if (fetch != fetches_.end() && stay != pulling_.end() && entry.field("error").empty()) {
+        const auto stay = pulling_.find({entry.host, entry.field("call")});
+        if (fetch != fetches_.end() && stay != pulling_.end() && stay->second != never &&
+            entry.field("error").empty()) {
             running_[stay->second].fetched = fetch->second;
         }
         return;
@@ -255,6 +271,7 @@ void TraceReader::readBlock(std::size_t at, const Entry& entry) {
     }
     Running& running = running_[chosen];
     running.event.reset();
+    running.pulls = false;
     if (!starts) {
         return;
     }
@@ -265,7 +282,7 @@ void TraceReader::readBlock(std::size_t at, const Entry& entry) {
         running.event = running.delivered.front();
         running.delivered.pop_front();
     } else if (kind == "pull" || kind == "reconnection") {
-        pulling_[entry.host] = chosen;
+        running.pulls = true;
     }
 }
 

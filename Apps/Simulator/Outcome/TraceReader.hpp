@@ -23,6 +23,7 @@ private:
         std::uint64_t lastBlock = 0;
         std::optional<std::uint64_t> event;  ///< the change that is being applied
         std::size_t blockStart = never;
+        bool pulls = false;         ///< in the present block
         std::uint64_t fetched = 0;  ///< up to which change the last fetch went that was answered
     };
 
@@ -40,6 +41,7 @@ private:
     /// The stay of that timeline that has begun last; never when there is none.
     [[nodiscard]] std::size_t stayOf(std::size_t at, std::string_view timelineId,
                                      std::string_view sessionId = {}) const;
+    [[nodiscard]] std::size_t pullingStay(std::string_view analyst) const;
     [[nodiscard]] std::size_t stayOfUpload(std::size_t at, const Entry& start) const;
     [[nodiscard]] const ReferenceHost::AcceptedCall* acceptedCall(const Call& call, const Entry& effect);
 
@@ -56,8 +58,8 @@ private:
     std::unordered_map<CallKey, std::size_t, CallKeyHash> calls_;             // that write
     std::unordered_map<CallKey, std::size_t, CallKeyHash> subscriptions_;     // their stays
     std::unordered_map<CallKey, std::uint64_t, CallKeyHash> fetches_;         // how far they went
-    std::unordered_map<std::string_view, std::size_t> pulling_;    // by host: the stay that fetches
-    std::unordered_map<const SessionHistory*, std::size_t> logs_;  // how far they are matched
+    std::unordered_map<CallKey, std::size_t, CallKeyHash> pulling_;           // by fetch: the stay
+    std::unordered_map<const SessionHistory*, std::size_t> logs_;             // how far they are matched
 };
 
 }  // namespace Simulator
