@@ -69,7 +69,7 @@ Trial eventsFloor(Type type, std::int64_t clips) {
             const auto found = desk->table().find(moment->identifier());
             const auto row = desk->timeline().findInstance(found->second)->row();
             if (type == Type::momentsUpdated) {
-                moment->updateOnTimeline(desk->timelinePointer(), found->second, row->uniqueId());
+                (void)moment->updateOnTimeline(desk->timelinePointer(), found->second, row->uniqueId());
             } else {
                 desk->timeline().codingTarget()->removeInstanceWithRowId(row->uniqueId(), found->second);
                 desk->table().erase(found);
@@ -84,9 +84,9 @@ std::vector<Case> cases() {
                                      std::pair("event, one updated", Type::momentsUpdated),
                                      std::pair("event, one deleted", Type::momentsDeleted)}) {
         all.push_back({std::string(name) + "/component", usualSizes(),
-                       [type = type](std::int64_t clips) { return events(type, clips); }});
+                       [kind = type](std::int64_t clips) { return events(kind, clips); }});
         all.push_back({std::string(name) + "/floor", usualSizes(),
-                       [type = type](std::int64_t clips) { return eventsFloor(type, clips); }});
+                       [kind = type](std::int64_t clips) { return eventsFloor(kind, clips); }});
     }
     return all;
 }

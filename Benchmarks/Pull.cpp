@@ -54,8 +54,8 @@ Trial laterPullFloor(std::int64_t clips, const Moments& moments) {
         std::unordered_map<std::string, std::string> left;
         for (const auto& moment : moments) {
             const auto instance = desk->timeline().findInstance(desk->table().at(moment->identifier()));
-            moment->updateOnTimeline(desk->timelinePointer(), instance->uniqueId(),
-                                     instance->row()->uniqueId());
+            (void)moment->updateOnTimeline(desk->timelinePointer(), instance->uniqueId(),
+                                           instance->row()->uniqueId());
             left.try_emplace(moment->identifier(), instance->uniqueId());
         }
         if (moments.size() < desk->table().size()) {

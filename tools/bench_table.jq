@@ -94,9 +94,9 @@ def figures($all; $count):
                    | div($count["\(.name)/100000"]; $count["\(.name)/1000"])); 1.01; ""; false),
       figure("idle work: time"; worst($all[] | select(.name | startswith("idle")) | .time); 1000; " ns"; true),
       figure("memory of a moment, held by the component"; $memory; 400; " bytes"; false),
-      figure("allocations for an event that adds a moment"; overFloor($all; "event, one added"; 100000); 11.1; ""; false),
-      figure("allocations for an event that updates a moment"; overFloor($all; "event, one updated"; 100000); 11.1; ""; false),
-      figure("allocations for an event that deletes a moment"; overFloor($all; "event, one deleted"; 100000); 11.1; ""; false),
+      figure("allocations for an event that adds a moment"; overFloor($all; "event, one added"; 100000); 2.3; ""; false),
+      figure("allocations for an event that updates a moment"; overFloor($all; "event, one updated"; 100000); 6.1; ""; false),
+      figure("allocations for an event that deletes a moment"; overFloor($all; "event, one deleted"; 100000); 6.1; ""; false),
       figure("stripped shared object"; $library[0].strippedBytes / 1024; 1024; " KiB"; false),
       figure("functions that run when it is loaded"; $library[0].initialisers; 0; ""; false),
       (if $peers[0] == null then empty else

@@ -21,8 +21,8 @@ BEGIN {
     sees["ReferenceHost"] = " Base HostInterfaces ReferenceHost "
     everything = sees["Component"] "ReferenceHost "
     sees["Apps"] = everything "Apps "
-    sees["Tests"] = everything "Apps Tests "
-    sees["Benchmarks"] = everything "Benchmarks Tests "
+    sees["Tests"] = everything "Apps Tests Benchmarks "
+    sees["Benchmarks"] = everything "Benchmarks "
     sees["Examples"] = " Base HostInterfaces Component ReferenceHost Examples "
 }
 
