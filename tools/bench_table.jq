@@ -55,19 +55,18 @@ def figure($what; $value; $limit; $unit; $machine):
 
 def worst(values): [values | select(. != null)] | max;
 
-def synchronising: test("^(pull|upload|event)[^/]*/component$");
-def growth($all; value):
-    worst($all[] | select(.size == 100000 and (.name | synchronising)) | . as $large
+def synchronising: test("^(pull|upload|event)");
+def growth($all; $side; value):
+    worst($all[] | select(.size == 100000 and (.name | synchronising) and (.name | endswith("/" + $side))) | . as $large
           | [$all[] | select(.name == $large.name and .size == 1000)][0] as $small
           | ($large | value) as $l | ($small | value) as $s | if $l == null or $s == null then null else $l / $s end);
 def div($a; $b): if $a == null or $b == null then null else $a / $b end;
 def of($all; $name; $size; $field): [lookUp($all; $name; $size)[$field]][0];
 def overFloor($all; $name; $size): of($all; $name + "/component"; $size; "allocations") - of($all; $name + "/floor"; $size; "allocations");
 
-# How many times faster than the faster of the peers; below 1: slower.
-def speed($all; $name; $peerRow):
-    if $peers[0] == null then null
-    else ([$peers[0][].nanoseconds[$peerRow]] | min) / of($all; $name + "/component"; 100000; "time") end;
+# What one clip takes, as a share of what it takes the faster of the peers.
+def ofPeer($peerRow; $time): $time / ([$peers[0][].nanoseconds[$peerRow]] | min);
+def comparable: {"pull, first": "initial update", "event, one added": "single inserts", "event, one updated": "single field edits"};
 
 def figures($all; $count):
     (worst([0, 1000, 10000, 100000][] as $n | $all[] | select(.size == $n and (.name | startswith("memory, of a moment/component"))) | -.bytes)) as $memory
@@ -76,8 +75,9 @@ def figures($all; $count):
       figure("pull of 100,000, time: times the floor";
              div(of($all; "pull, first/component"; 100000; "time"); of($all; "pull, first/floor"; 100000; "time")); 2; ""; true),
       figure("instructions for a clip or event at 100,000: times those at 1,000, worst row";
-             growth($all; $count["\(.name)/\(.size)"]); 1.5; ""; false),
-      figure("time for a clip or event at 100,000: times that at 1,000, worst row"; growth($all; .time); 3; ""; true),
+             growth($all; "component"; $count["\(.name)/\(.size)"]); 1.5; ""; false),
+      figure("time for a clip or event at 100,000: times that at 1,000, worst row (worst floor: \(growth($all; "floor"; .time) | digits(2)))";
+             growth($all; "component"; .time); 3; ""; true),
       figure("upload of 10,000 new clips: the classifying job"; of($all; "upload, all new/component"; 10000; "firstJob") * 1000; 20; " ms"; true),
       figure("upload of 10,000 new clips: the longest other job"; of($all; "upload, all new/component"; 10000; "laterJob") * 1000; 8; " ms"; true),
       figure("renamed row of 10,000, instructions: times an update of 10,000";
@@ -94,24 +94,28 @@ def figures($all; $count):
                    | div($count["\(.name)/100000"]; $count["\(.name)/1000"])); 1.01; ""; false),
       figure("idle work: time"; worst($all[] | select(.name | startswith("idle")) | .time); 1000; " ns"; true),
       figure("memory of a moment, held by the component"; $memory; 400; " bytes"; false),
-      figure("allocations for an event that adds a moment"; overFloor($all; "event, one added"; 100000); 2.3; ""; false),
-      figure("allocations for an event that updates a moment"; overFloor($all; "event, one updated"; 100000); 6.1; ""; false),
-      figure("allocations for an event that deletes a moment"; overFloor($all; "event, one deleted"; 100000); 6.1; ""; false),
+      figure("allocations above the floor's: an event that adds a moment"; overFloor($all; "event, one added"; 100000); 2.3; ""; false),
+      figure("allocations above the floor's: an event that updates a moment"; overFloor($all; "event, one updated"; 100000); 6.1; ""; false),
+      figure("allocations above the floor's: an event that deletes a moment"; overFloor($all; "event, one deleted"; 100000); 6.1; ""; false),
       figure("stripped shared object"; $library[0].strippedBytes / 1024; 1024; " KiB"; false),
       figure("functions that run when it is loaded"; $library[0].initialisers; 0; ""; false),
       (if $peers[0] == null then empty else
        (([$peers[0][].bytesPerClip] | min) as $lean
         | figure("memory of a moment: share of the leaner peer's"; div($memory; $lean); 0.25; ""; false)),
-       ({"pull, first": "initial update", "event, one added": "single inserts", "event, one updated": "single field edits"} | to_entries[]
-        | figure("\(.key), 100,000 clips: time, share of the faster peer's \(.value)"; div(1; speed($all; .key; .value)); 0.1; ""; true))
+       (comparable | to_entries[] | . as $row
+        | of($all; .key + "/component"; 100000; "time") as $time | of($all; .key + "/floor"; 100000; "time") as $floor
+        | figure("\($row.key), with the host's timeline: share of the faster peer's time"; ofPeer($row.value; $time); 0.1; ""; true),
+          figure("\($row.key), what is above the floor: share of the faster peer's time";
+                 ofPeer($row.value; [$time - $floor, 0] | max); 0.1; ""; true))
        end);
 
 def peerRows($all):
     if $peers[0] == null then empty else
     "", "Peers, for one clip:", "",
     "| | component | \([$peers[0][] | "\(.peer) \(.version)"] | join(" | ")) |", "|---|---|\([$peers[0][] | "---|"] | join(""))",
-    ({"initial update": "pull, first", "single inserts": "event, one added", "single field edits": "event, one updated"} | to_entries[] as $row
-     | "| \($row.key) | \(of($all; $row.value + "/component"; 100000; "time") | duration) | \([$peers[0][].nanoseconds[$row.key] | duration] | join(" | ")) |"),
+    (comparable | to_entries[] as $row
+     | of($all; $row.key + "/component"; 100000; "time") as $time | of($all; $row.key + "/floor"; 100000; "time") as $floor
+     | "| \($row.value) | \($time | duration), of which the host's timeline \($floor | duration) | \([$peers[0][].nanoseconds[$row.value] | duration] | join(" | ")) |"),
     "| memory | \(-of($all; "memory, of a moment/component"; 100000; "bytes") | digits(0)) bytes, and \(of($all; "memory, of a moment/host"; 100000; "bytes") | digits(0)) in the host's timeline | \([$peers[0][].bytesPerClip | digits(0) + " bytes"] | join(" | ")) |"
     end;
 
