@@ -39,6 +39,12 @@ Reason whyClipDiffers(const History& history, const Loss& loss) {
                 : std::nullopt;
         return reason ? reason : whyNotArrived(history, loss);
     }
+    if (loss.kind == LossKind::clipValues) {
+        const bool isThereTwice =
+            std::ranges::count_if(stay.stay->picture.clips,
+                                  [&](const ClipPicture& clip) { return clip.momentId == loss.moment; }) > 1;
+        return isThereTwice ? whyThereTwice(history, loss) : std::nullopt;  // and one of the two follows
+    }
     if (loss.kind != LossKind::clipExtra) {
         return std::nullopt;
     }

@@ -42,6 +42,10 @@ using Reason = std::optional<LossClass>;
 /// The cloud has a clip that is not on the timeline.
 [[nodiscard]] Reason whyNotArrived(const History& history, const Loss& loss);
 
+/// The timeline that had made the clip did not know yet which moment was its clip's when somebody deleted that one: an edit has sent
+/// the clip anew, as this moment.
+[[nodiscard]] bool wasSentAnew(const History& history, std::string_view moment);
+
 /// The clip is on the timeline, and its moment was deleted.
 [[nodiscard]] Reason whyNotTakenAway(const History& history, const Loss& loss);
 

@@ -35,6 +35,38 @@ std::string_view editedMoment(const Loss& loss) {
     return loss.edit->moments[static_cast<std::size_t>(place)];
 }
 
+/// The user has deleted the clip before the edit could be sent, and the deletion is lost too: why that is.
+Reason whyDeletedUnsent(const History& history, const Loss& loss) {
+    const StayHistory& stay = history.stays[loss.edit->stay];
+    const auto removal = std::ranges::find_if(history.edits, [&](const UserEdit& edit) {
+        return edit.at > loss.edit->at && edit.timelineId == loss.edit->timelineId &&
+               (edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow) &&
+               std::ranges::find(edit.clips, loss.clip) != edit.clips.end();
+    });
+    if (removal == history.edits.end() || std::ranges::any_of(stay.uploads, [&](const Upload& upload) {
+            return loss.edit->at < upload.start && upload.start < removal->at && upload.succeeded &&
+                   upload.covers(loss.edit->count);
+        })) {
+        return std::nullopt;
+    }
+    return whyNotDeleted(history, *removal, loss.clip, loss.moment);
+}
+
+/// The session came onto the timeline after the edit, and brought the clip as it was in the cloud.
+bool wasOverwrittenByTheSession(const History& history, const Loss& loss) {
+    const StayHistory& stay = history.stays[loss.edit->stay];
+    const auto pull = std::ranges::find_if(stay.arrivals, &Arrival::isPull);
+    const MomentHistory* moment = history.moment(loss.moment);
+    return !stay.stay->isHost && pull != stay.arrivals.end() && loss.edit->at < pull->at &&
+           moment != nullptr &&
+           std::ranges::any_of(
+               moment->placements,
+               [&](const Placement& placement) {
+                   return placement.stay == loss.edit->stay && placement.at > loss.edit->at &&
+                          placement.at < pull->at && (placement.how == "known" || placement.how == "moved");
+               });
+}
+
 }  // namespace
 
 const Call* creationOf(const History& history, const MomentHistory& moment) {
@@ -48,6 +80,14 @@ const Call* creationOf(const History& history, const MomentHistory& moment) {
 }
 
 Reason whyClipEditIsLost(const History& history, const Loss& loss) {
+    if (loss.kind == LossKind::retimeLost || loss.kind == LossKind::noteLost) {
+        if (wasOverwrittenByTheSession(history, loss)) {
+            return LossClass::beforeSession;
+        }
+        if (const Reason reason = whyDeletedUnsent(history, loss)) {
+            return reason;
+        }
+    }
     const std::vector<SharedClip> clips = findSharedClips(history);
     const auto clip = std::ranges::find_if(clips, [&](const SharedClip& candidate) {
         return std::ranges::find(candidate.moments, loss.moment) != candidate.moments.end();
@@ -56,6 +96,10 @@ Reason whyClipEditIsLost(const History& history, const Loss& loss) {
         return std::nullopt;
     }
     if (loss.kind == LossKind::clipDoubled) {
+        if (std::ranges::any_of(clip->livingMoments,
+                                [&](std::string_view id) { return wasSentAnew(history, id); })) {
+            return LossClass::deletedWhileAway;
+        }
         return wereBroughtBack(history, clip->livingMoments) ? Reason(LossClass::broughtBackTwice)
                                                              : std::nullopt;
     }

@@ -43,27 +43,6 @@ Reason whyNotKnownYet(const History& history, const Loss& loss) {
     return pull->at > loss.edit->at ? Reason(LossClass::beforeSession) : std::nullopt;
 }
 
-/// The timeline that had made the clip did not know yet which moment was its clip's when somebody deleted that one: an edit has
-/// sent the clip anew.
-bool wasSentAnew(const History& history, const Loss& loss) {
-    const MomentHistory& living = *history.moment(loss.moment);
-    const Call* creation = creationOf(history, living);
-    if (creation == nullptr) {
-        return false;
-    }
-    const auto& uploads = history.stays[creation->stay].uploads;
-    return std::ranges::any_of(history.moments, [&](const auto& known) {
-        const MomentHistory& other = known.second;
-        return !other.lives && other.session == living.session &&
-               other.last->originInstanceId == living.last->originInstanceId &&
-               other.last->originTimelineId == living.last->originTimelineId &&
-               std::ranges::any_of(uploads, [&](const Upload& upload) {
-                   return upload.start < creation->at && creation->at < upload.end &&
-                          !wasHeardOf(history, creation->stay, known.first, upload.start, upload.start);
-               });
-    });
-}
-
 /// The clip had no name in the cloud when it was deleted, and each try to tell the cloud later has failed.
 Reason whyNotToldLater(const History& history, const Loss& loss) {
     const StayHistory& stay = history.stays[loss.edit->stay];
@@ -94,11 +73,30 @@ Reason whyNotToldLater(const History& history, const Loss& loss) {
 
 }  // namespace
 
+bool wasSentAnew(const History& history, std::string_view moment) {
+    const MomentHistory& living = *history.moment(moment);
+    const Call* creation = creationOf(history, living);
+    if (creation == nullptr) {
+        return false;
+    }
+    const auto& uploads = history.stays[creation->stay].uploads;
+    return std::ranges::any_of(history.moments, [&](const auto& known) {
+        const MomentHistory& other = known.second;
+        return !other.lives && other.session == living.session &&
+               other.last->originInstanceId == living.last->originInstanceId &&
+               other.last->originTimelineId == living.last->originTimelineId &&
+               std::ranges::any_of(uploads, [&](const Upload& upload) {
+                   return upload.start < creation->at && creation->at < upload.end &&
+                          !wasHeardOf(history, creation->stay, known.first, upload.start, upload.start);
+               });
+    });
+}
+
 Reason whyDeletionIsLost(const History& history, const Loss& loss) {
     if (const Reason reason = whyNotKnownYet(history, loss)) {
         return reason;
     }
-    if (wasSentAnew(history, loss)) {
+    if (wasSentAnew(history, loss.moment)) {
         return LossClass::deletedWhileAway;
     }
     return whyNotToldLater(history, loss);
