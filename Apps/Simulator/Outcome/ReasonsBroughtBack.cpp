@@ -154,6 +154,26 @@ bool wasTakenAwayAgain(const History& history, const UserEdit& undo, std::string
     return wasDoneAgain || wasOnItsWay;
 }
 
+/// The living moment was made by the last upload of a session whose timeline was published anew, without the names of that session.
+bool wasSentWithoutItsName(const History& history, const MomentHistory& moment) {
+    const std::uint64_t sequence = moment.changes.front()->sequence;
+    return std::ranges::any_of(history.calls, [&](const Call& call) {
+        if (call.stay == never || call.accepted == nullptr || call.name != "createMoments" ||
+            history.stays[call.stay].session != moment.session || call.accepted->sequenceBefore >= sequence ||
+            call.accepted->sequenceAfter < sequence) {
+            return false;
+        }
+        const Stay& stay = *history.stays[call.stay].stay;
+        return stay.to < call.at && std::ranges::any_of(
+                                        history.stays,
+                                        [&](const StayHistory& next) {
+                                            return next.stay->timelineId == stay.timelineId &&
+                                                   next.stay->from >= stay.to && next.stay->from < call.at &&
+                                                   next.session != moment.session;
+                                        });
+    });
+}
+
 /// The clip got no name on its timeline, and somebody else deleted its moment before the timeline could hear of it.
 bool wasDeletedUnheard(const History& history, const Loss& loss) {
     const std::string& timelineId = history.stays[loss.stay].stay->timelineId;
@@ -221,6 +241,9 @@ Reason whyOfBroughtBack(const History& history, const Loss& loss) {
         const MomentHistory& moment = *history.moment(id);
         if (wasReadAsDeleted(history, moment, id)) {
             return LossClass::unreadable;
+        }
+        if (moment.lives && wasSentWithoutItsName(history, moment)) {
+            return LossClass::left;
         }
     }
     return loss.edit != nullptr && wasBroughtBackTwice(*clip) ? Reason(LossClass::broughtBackTwice)

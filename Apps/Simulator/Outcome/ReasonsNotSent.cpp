@@ -46,14 +46,16 @@ bool wasCountedAsApplied(const History& history, const StayHistory& stay, const 
     });
 }
 
-/// The timeline was published as another session's before the first upload of the edit.
+/// The timeline was published as another session's before the first upload of the edit that succeeded.
 bool wasPublishedAnew(const History& history, const UserEdit& edit,
                       const std::vector<const Upload*>& uploads) {
-    return !uploads.empty() && std::ranges::any_of(history.stays, [&](const StayHistory& next) {
-        return next.stay->timelineId == edit.timelineId && next.stay->isHost && next.stay->from > edit.at &&
-               std::ranges::all_of(uploads,
-                                   [&](const Upload* upload) { return upload->start > next.stay->from; });
-    });
+    const bool wasSent = std::ranges::any_of(uploads, [](const Upload* upload) { return upload->succeeded; });
+    return wasSent && std::ranges::any_of(history.stays, [&](const StayHistory& next) {
+               return next.stay->timelineId == edit.timelineId && next.stay->isHost &&
+                      next.stay->from > edit.at && std::ranges::all_of(uploads, [&](const Upload* upload) {
+                          return !upload->succeeded || upload->start > next.stay->from;
+                      });
+           });
 }
 
 }  // namespace
@@ -79,8 +81,7 @@ Reason whyNotSent(const History& history, const UserEdit& edit, std::string_view
             uploads.push_back(&upload);
         }
     }
-    const bool isOfRows = edit.kind >= EditKind::addRow && edit.kind != EditKind::removeRow;
-    if (isOfRows && wasPublishedAnew(history, edit, uploads)) {
+    if (wasPublishedAnew(history, edit, uploads)) {
         return LossClass::left;
     }
     if (std::ranges::any_of(uploads, [](const Upload* upload) { return upload->succeeded; })) {
