@@ -114,6 +114,7 @@ const Moments& firstMoments(std::int64_t count) {
 
 PresentationViewItem makeView(std::int64_t rows) {
     std::vector<PresentationViewItem> views;
+    views.reserve(static_cast<std::size_t>(rows));
     for (std::int64_t row = 0; row < rows; ++row) {
         views.emplace_back(rowName(row), rowColor(row));
     }

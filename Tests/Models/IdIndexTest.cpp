@@ -15,6 +15,7 @@ using RemoteCoding::IdIndex;
 TEST(IdIndexTest, FindsWhatAMapWouldFindAfterAnyEdits) {
     constexpr std::size_t texts = 400;
     std::vector<std::string> list;  // each text twice, so that one can lead to either place
+    list.reserve(2 * texts);
     for (std::size_t place = 0; place < 2 * texts; ++place) {
         list.push_back("text " + std::to_string(place % texts));
     }
