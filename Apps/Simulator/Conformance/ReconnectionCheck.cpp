@@ -69,9 +69,11 @@ void ReconnectionCheck::see(const Entry& entry) {
         }
         break;
     case Kind::call:
-        if (entry.call != nullptr && entry.call->operation == Operation::fetch && isReconnection(entry) &&
-            state.failedAt) {
-            report_.add("attemptSteps", entry, "an attempt pulls, though its upload has failed");
+        if (entry.call != nullptr && entry.call->operation == Operation::fetch && isReconnection(entry)) {
+            state.hasPulled = true;
+            if (state.failedAt) {
+                report_.add("attemptSteps", entry, "an attempt pulls, though its upload has failed");
+            }
         }
         break;
     case Kind::answer:
@@ -196,6 +198,7 @@ void ReconnectionCheck::blockStarted(const Entry& entry, State& state) {
     }
     state.begun = state.announced;
     state.isCutShort = false;
+    state.hasPulled = false;
     state.failedAt.reset();
 }
 
@@ -206,6 +209,9 @@ void ReconnectionCheck::blockEnded(const Entry& entry, State& state) {
         return;
     }
     if (!state.failedAt) {
+        if (!state.hasPulled) {
+            report_.add("attemptSteps", entry, "an attempt has succeeded without a fetch of the session");
+        }
         state = State();
         ++synchroniser.maySubscribe;
         return;

@@ -24,6 +24,7 @@ private:
         std::int64_t announced = 0;      // attempt; 0: none
         std::int64_t begun = 0;          // the attempt whose block began last
         std::optional<double> failedAt;  // the running attempt's upload or pull
+        bool hasPulled = false;          // in the running attempt
         std::size_t announcedAt = 0;     // index into the trace
         bool isCutShort = false;         // the host has cancelled the pause after it
     };
