@@ -124,13 +124,18 @@ void CloudTaggingSessionService::savePresentationView(const std::string& teamId,
     auto codes = std::make_shared<std::vector<CodeRecord>>();
     codes->reserve(rows->size());
     std::shared_ptr<Timeline> timeline;
+    bool isOurs = false;
     for (const auto& row : *rows) {
         codes->push_back(CodeRecord{row->name(), row->color()});
         const auto ours = timeline ? nullptr : std::dynamic_pointer_cast<TimelineRow>(row);
+        isOurs = isOurs || ours;
         timeline = ours ? ours->timeline() : timeline;
     }
     std::optional<RowEdits> edits;
-    if (timeline && connection_->rules().listsAreMerged) {
+    if (isOurs && connection_->rules().listsAreMerged) {
+        edits = RowEdits();  // of a timeline that has been closed: its list is not everybody's
+    }
+    if (timeline && edits) {
         edits = timeline->rowEdits().unsaved(taggingSessionId);
         completion = [completion = std::move(completion), timeline = std::weak_ptr(timeline),
                       taggingSessionId, edits = *edits](Base::Result<std::string> saved) {
