@@ -33,6 +33,9 @@ namespace Simulator {
 [[nodiscard]] Reason whyRenamedWithout(const History& history, const MomentHistory& moment,
                                        const MomentHistory& other, const std::vector<std::size_t>& seen);
 
+/// The new name is not saved before all clips of the row have been written with it, and one was not.
+[[nodiscard]] Reason whyNameIsHeldBack(const History& history, const UserEdit& renaming);
+
 /// As `whyOnWrongRow`, for a clip of a timeline on which another one depends.
 [[nodiscard]] Reason whyOnWrongRow(const History& history, const Loss& loss,
                                    const std::vector<std::size_t>& seen);

@@ -1,6 +1,8 @@
 // Why the rows of a timeline, or of the shared list, are not as they should be.
 
+#include "Apps/Simulator/Outcome/MomentCodes.hpp"
 #include "Apps/Simulator/Outcome/Reasons.hpp"
+#include "Apps/Simulator/Outcome/RowNames.hpp"
 
 #include <algorithm>
 #include <array>
@@ -24,17 +26,6 @@ const UserEdit* lastRowEdit(const History& history, const Loss& loss) {
     return found != history.edits.rend() ? &*found : nullptr;
 }
 
-/// Every name that the row had, or was given by somebody.
-std::vector<std::string_view> namesOf(const History& history, std::string_view row) {
-    std::vector<std::string_view> names{row};
-    for (const UserEdit& edit : history.edits) {
-        if (edit.kind == EditKind::renameRow && edit.name == row) {
-            names.push_back(edit.oldName);
-        }
-    }
-    return names;
-}
-
 bool bringsAList(const StayHistory& stay, const Arrival& arrival) {
     return arrival.isPull || (arrival.sequence != 0 && arrival.sequence <= stay.session->changes.size() &&
                               stay.session->changes[arrival.sequence - 1]->type ==
@@ -54,19 +45,6 @@ bool savedTheList(const History& history, const StayHistory& stay, const Upload&
     return std::ranges::any_of(stay.calls, [&](std::size_t number) {
         const Call& call = history.calls[number];
         return call.name == "savePresentationView" && upload.start < call.at && call.at < upload.end;
-    });
-}
-
-/// A clip of the row, also one of somebody else's.
-bool isOfRow(const History& history, std::string_view clip, const UserEdit& ofRow) {
-    const auto& clips = history.stays[ofRow.stay].stay->picture.clips;
-    const auto shown = std::ranges::find(clips, clip, &ClipPicture::instanceId);
-    if (shown != clips.end()) {
-        return shown->rowId == ofRow.row;
-    }
-    return std::ranges::any_of(history.edits, [&](const UserEdit& edit) {
-        return edit.timelineId == ofRow.timelineId && edit.row == ofRow.row &&
-               std::ranges::find(edit.clips, clip) != edit.clips.end();
     });
 }
 
@@ -104,37 +82,28 @@ Reason whyFirstListWasNotSent(const History& history, const Loss& loss) {
     return whyNotSent(history, row);
 }
 
-/// One that nobody can write with the new name, which is saved when all are written.
-bool hasAClipOfNoMoment(const StayHistory& stay, const UserEdit& edit) {
-    return std::ranges::any_of(stay.stay->picture.clips, [&](const ClipPicture& clip) {
-        return clip.rowId == edit.row && clip.momentId &&
-               std::ranges::none_of(stay.session->session.moments,
-                                    [&](const auto& moment) { return moment->id == *clip.momentId; });
-    });
+bool isRemovalOf(const ReferenceHost::TraceEntry& entry, std::string_view timelineId) {
+    return entry.kind == ReferenceHost::TraceKind::notification &&
+           entry.field("name") == "TimelineNotifications.timelineDidRemove" &&
+           entry.field("timelineId") == timelineId;
 }
 
-bool hadCode(const MomentHistory& moment, std::string_view code) {
-    return std::ranges::any_of(moment.changes, [&](const ReferenceHost::RemoteChange* change) {
-        return std::ranges::any_of(change->moments, [&](const ReferenceHost::MomentPointer& state) {
-            return state->id == moment.last->id && state->code == code;
-        });
-    });
-}
-
-/// The cloud has refused to write one of the row's clips with the new name, which is saved when all are written.
-bool wasRefusedForAClip(const History& history, const UserEdit& edit) {
+/// Its first list after the edit was saved when the timeline was closed, and nobody knew any more what its user had done.
+bool wasClosedBeforeTheList(const History& history, const UserEdit& edit) {
     const StayHistory& stay = history.stays[edit.stay];
-    const std::vector<std::string_view> names = namesOf(history, edit.oldName);
-    return std::ranges::any_of(stay.calls, [&](std::size_t number) {
+    const auto list = std::ranges::find_if(stay.calls, [&](std::size_t number) {
         const Call& call = history.calls[number];
-        return call.at > edit.at && call.isFalse && call.name == "updateMoments" &&
-               std::ranges::any_of(call.ids, [&](std::string_view moment) {
-                   const MomentHistory* found = history.moment(moment);
-                   return found != nullptr && std::ranges::any_of(names, [&](std::string_view name) {
-                              return hadCode(*found, name);
-                          });
-               });
+        return call.name == "savePresentationView" && call.accepted != nullptr && call.at > edit.at;
     });
+    if (list == stay.calls.end()) {
+        return false;
+    }
+    for (std::size_t at = edit.at; at < history.calls[*list].at; ++at) {
+        if (isRemovalOf(history.entry(at), edit.timelineId)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 /// What is done to a row after its renaming, or to another row that has got its former name, is saved with the new name.
@@ -192,16 +161,16 @@ Reason whyRowEditIsLost(const History& history, const Loss& loss) {
         wasTakenForKnown(history, *loss.edit)) {
         return LossClass::takenForKnown;
     }
+    if (wasClosedBeforeTheList(history, *loss.edit)) {
+        return LossClass::left;
+    }
     for (const std::size_t index : stay.edits) {
         const UserEdit& renaming = history.edits[index];
         if (!waitsForRenaming(*loss.edit, renaming)) {
             continue;
         }
-        if (wasRefusedForAClip(history, renaming)) {
-            return LossClass::answeredFalse;
-        }
-        if (hasAClipOfNoMoment(stay, renaming)) {
-            return LossClass::deletedWhileAway;
+        if (const Reason reason = whyNameIsHeldBack(history, renaming)) {
+            return reason;
         }
     }
     // A place is counted on a list that is not everybody's.

@@ -2,22 +2,14 @@
 
 #include "Apps/Simulator/Outcome/MomentCodes.hpp"
 #include "Apps/Simulator/Outcome/Reasons.hpp"
+#include "Apps/Simulator/Outcome/RowNames.hpp"
 
 #include <algorithm>
 #include <utility>
 
 namespace Simulator {
 
-namespace TraceKind = ReferenceHost::TraceKind;
-
 namespace {
-
-/// A row gets its name.
-struct Naming {
-    std::size_t at = never;
-    const UserEdit* edit = nullptr;         ///< the user's
-    const MomentHistory* moment = nullptr;  ///< or the moment whose code the row followed
-};
 
 class RowOfClip {
 public:
@@ -32,6 +24,9 @@ public:
     }
 
     Reason why() const {
+        if (const Reason reason = whyOneOfTwo()) {
+            return reason;
+        }
         const Placement* placement = placementWithCode();
         if (placement != nullptr && isLeftOnItsRow(history_, *placement)) {
             return LossClass::wrongRow;
@@ -39,40 +34,95 @@ public:
         if (placement != nullptr && hadNoTarget(history_, stay_, placement->at)) {
             return LossClass::noCodingTarget;
         }
+        if (placement != nullptr && wasFirstNamedWithCode(*placement)) {
+            return LossClass::renamedMeanwhile;
+        }
         if (wasSentWithoutRow(moment_)) {
             return LossClass::sentWithoutRow;
         }
-        const Naming naming = lastNaming();
-        if (naming.moment != nullptr) {
-            if (wasSentWithoutRow(*naming.moment)) {
-                return LossClass::sentWithoutRow;
+        if (placement == nullptr) {
+            if (const Reason reason = whyNotArrived(history_, loss_)) {
+                return reason;
             }
-            if (cameWithTheRenaming(naming.at)) {
-                return LossClass::formerName;
-            }
-            if (wasLeftOnItsRow(history_, *naming.moment, loss_.stay, naming.at)) {
-                return LossClass::wrongRow;
+        } else if (placement->how == "notFound") {
+            if (const Reason reason = whyTakenAway(*placement)) {
+                return reason;
             }
         }
-        if (naming.edit != nullptr) {
-            if (const Reason reason = whyNotSent(history_, *naming.edit, {}, loss_.moment)) {
+        std::string_view name = clip_->row;
+        for (Naming naming = namingBefore(never, name); naming.at != never;
+             naming = namingBefore(naming.at, name)) {
+            if (const Reason reason = whyNamed(naming, name)) {
                 return reason;
             }
-        } else if (naming.moment != nullptr) {
-            if (const Reason reason = whyRenamedWithout(history_, *naming.moment, moment_, seen_)) {
-                return reason;
-            }
-            if (const Reason reason = whyRenamedWithout(history_, moment_, *naming.moment, seen_)) {
-                return reason;
-            }
-            if (!wasRenamedFrom(*naming.moment, history_.entry(naming.at).field("oldName"))) {
-                return LossClass::strayClip;
+            name = history_.entry(naming.at).field("oldName");
+            if (name == moment_.last->code) {
+                break;
             }
         }
         return std::nullopt;
     }
 
 private:
+    /// Two clips of the timeline stand for the moment, and only one of them follows it.
+    Reason whyOneOfTwo() const {
+        const auto standsForIt = [&](const ClipPicture& clip) { return clip.momentId == loss_.moment; };
+        if (std::ranges::count_if(stay_.stay->picture.clips, standsForIt) < 2) {
+            return std::nullopt;
+        }
+        Loss twice;
+        twice.kind = LossKind::clipTwice;
+        twice.stay = loss_.stay;
+        twice.moment = loss_.moment;
+        twice.clip = loss_.clip;
+        return explain(history_, twice);
+    }
+
+    Naming namingBefore(std::size_t at, std::string_view name) const {
+        return lastNaming(history_, stay_.stay->timelineId, clip_->rowId, name, at);
+    }
+
+    /// The clip's row got this name, and its moment did not.
+    Reason whyNamed(const Naming& naming, std::string_view name) const {
+        if (naming.edit != nullptr) {
+            return whyNotSent(history_, *naming.edit, {}, loss_.moment);
+        }
+        if (naming.moment == nullptr) {
+            return std::nullopt;
+        }
+        if (wasSentWithoutRow(*naming.moment)) {
+            return LossClass::sentWithoutRow;
+        }
+        if (cameWithTheRenaming(naming.at)) {
+            return LossClass::formerName;
+        }
+        if (wasLeftOnItsRow(history_, *naming.moment, loss_.stay, naming.at)) {
+            return LossClass::wrongRow;
+        }
+        if (const Reason reason = whyRenamedWithout(history_, *naming.moment, moment_, seen_)) {
+            return reason;
+        }
+        if (const Reason reason = whyRenamedWithout(history_, moment_, *naming.moment, seen_)) {
+            return reason;
+        }
+        const bool isStray =
+            !wasRenamedFrom(*naming.moment, history_.entry(naming.at).field("oldName"), name);
+        return isStray ? Reason(LossClass::strayClip) : std::nullopt;
+    }
+
+    /// The clip had been deleted when its moment came with the new name, and its user has taken that back.
+    Reason whyTakenAway(const Placement& placement) const {
+        const UserEdit* removal = nullptr;
+        for (const UserEdit& edit : history_.edits) {
+            const bool removes = edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow;
+            if (removes && edit.timelineId == stay_.stay->timelineId && edit.at < placement.at &&
+                std::ranges::find(edit.clips, loss_.clip) != edit.clips.end()) {
+                removal = &edit;
+            }
+        }
+        return removal != nullptr ? whyNotSent(history_, *removal, loss_.clip, loss_.moment) : std::nullopt;
+    }
+
     /// The change that gave the moment the code that it has.
     std::uint64_t changeOfCode() const {
         std::uint64_t sequence = 0;
@@ -117,52 +167,45 @@ private:
     }
 
     /// Somebody gave the moment the row's present name in place of that one. If not, it stood on the row though it was of another.
-    bool wasRenamedFrom(const MomentHistory& moment, std::string_view name) const {
+    static bool wasRenamedFrom(const MomentHistory& moment, std::string_view oldName, std::string_view name) {
         std::string_view code;
         return std::ranges::any_of(moment.changes, [&](const ReferenceHost::RemoteChange* change) {
-            return std::exchange(code, codeIn(*change, moment)) == name && code == clip_->row;
+            return std::exchange(code, codeIn(*change, moment)) == oldName && code == name;
         });
     }
 
-    /// The clip that its author's timeline handed out knew of no row.
+    /// The clip that its author's timeline handed out knew of no row, or somebody's that is of no row now.
     bool wasSentWithoutRow(const MomentHistory& moment) const {
-        const Call* creation = creationOf(history_, moment);
-        return creation != nullptr &&
-               std::ranges::any_of(creation->accepted->drafts, [&](const ReferenceHost::MomentDraft& draft) {
-                   return draft.instanceId == moment.last->originInstanceId && !draft.code;
-               });
+        const auto isWithoutRow = [&](const Call* call) {
+            return call != nullptr &&
+                   std::ranges::any_of(call->accepted->drafts, [&](const ReferenceHost::MomentDraft& draft) {
+                       return (draft.instanceId == moment.last->originInstanceId ||
+                               draft.externalId == moment.last->id) &&
+                              !draft.code;
+                   });
+        };
+        return isWithoutRow(creationOf(history_, moment)) ||
+               (moment.last->code.empty() &&
+                std::ranges::any_of(moment.changes, [&](const ReferenceHost::RemoteChange* change) {
+                    return isWithoutRow(callOf(history_, moment.session, change->sequence));
+                }));
     }
 
-    /// Two rows of a timeline never have one name, so the last that got this one is the clip's.
-    Naming lastNaming() const {
-        Naming last;
-        for (const UserEdit& edit : history_.edits) {
-            if (edit.kind == EditKind::renameRow && edit.timelineId == stay_.stay->timelineId &&
-                edit.row == clip_->rowId && edit.name == clip_->row) {
-                last = {edit.at, &edit, nullptr};
-            }
-        }
-        for (const StayHistory& stay : history_.stays) {
-            for (const std::size_t at : stay.target) {
-                const auto& entry = history_.entry(at);
-                if (stay.stay->timelineId == stay_.stay->timelineId && (last.at == never || at > last.at) &&
-                    entry.field("name") == "setRowNameWithRowNum" && entry.field("rowName") == clip_->row) {
-                    last = {at, nullptr, momentFollowedAt(at)};
-                }
-            }
-        }
-        return last;
-    }
-
-    /// The one that was brought onto the timeline just before.
-    const MomentHistory* momentFollowedAt(std::size_t naming) const {
-        for (std::size_t at = naming; at-- > 0;) {
-            const auto& entry = history_.entry(at);
-            if (entry.kind == TraceKind::call && entry.field("name") == "updateOnTimeline") {
-                return history_.moment(entry.field("momentId"));
-            }
-        }
-        return nullptr;
+    /// The clip was there when its moment, which had got the row's new name meanwhile, came for the first time.
+    bool wasFirstNamedWithCode(const Placement& placement) const {
+        return (placement.how == "own" || placement.how == "known") &&
+               moment_.changes.front()->sequence < changeOfCode() &&
+               std::ranges::none_of(
+                   moment_.placements,
+                   [&](const Placement& earlier) {
+                       return earlier.stay == loss_.stay && earlier.at < placement.at;
+                   }) &&
+               std::ranges::none_of(
+                   history_.calls,
+                   [&](const Call& call) {
+                       return call.stay == loss_.stay && call.answered < placement.at &&
+                              std::ranges::find(call.answer, moment_.last->id) != call.answer.end();
+                   });
     }
 
     const History& history_;

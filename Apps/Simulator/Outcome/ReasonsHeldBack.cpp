@@ -1,0 +1,72 @@
+// Why a row's new name, which is saved when all its clips are written with it, was not.
+
+#include "Apps/Simulator/Outcome/MomentCodes.hpp"
+#include "Apps/Simulator/Outcome/RowNames.hpp"
+
+#include <algorithm>
+
+namespace Simulator {
+
+namespace {
+
+/// One that nobody can write with the new name, which is saved when all are written.
+bool hasAClipOfNoMoment(const StayHistory& stay, const UserEdit& edit) {
+    return std::ranges::any_of(stay.stay->picture.clips, [&](const ClipPicture& clip) {
+        return clip.rowId == edit.row && clip.momentId &&
+               std::ranges::none_of(stay.session->session.moments,
+                                    [&](const auto& moment) { return moment->id == *clip.momentId; });
+    });
+}
+
+bool hadCode(const MomentHistory& moment, std::string_view code) {
+    return std::ranges::any_of(moment.changes, [&](const ReferenceHost::RemoteChange* change) {
+        return std::ranges::any_of(change->moments, [&](const ReferenceHost::MomentPointer& state) {
+            return state->id == moment.last->id && state->code == code;
+        });
+    });
+}
+
+/// The cloud has refused to write one of the row's clips with the new name, which is saved when all are written.
+bool wasRefusedForAClip(const History& history, const UserEdit& edit) {
+    const StayHistory& stay = history.stays[edit.stay];
+    const std::vector<std::string_view> names = namesOf(history, edit.oldName);
+    return std::ranges::any_of(stay.calls, [&](std::size_t number) {
+        const Call& call = history.calls[number];
+        return call.at > edit.at && call.isFalse && call.name == "updateMoments" &&
+               std::ranges::any_of(call.ids, [&](std::string_view moment) {
+                   const MomentHistory* found = history.moment(moment);
+                   return found != nullptr && std::ranges::any_of(names, [&](std::string_view name) {
+                              return hadCode(*found, name);
+                          });
+               });
+    });
+}
+
+/// A clip of the row was on its way to the cloud for the first time, and has the old name there.
+bool hasAnUnnamedClip(const History& history, const UserEdit& edit) {
+    return std::ranges::any_of(history.moments, [&](const auto& entry) {
+        const MomentHistory& moment = entry.second;
+        if (moment.last == nullptr || moment.last->originTimelineId != edit.timelineId ||
+            !isOfRow(history, moment.last->originInstanceId, edit)) {
+            return false;
+        }
+        const Call* creation = creationOf(history, moment);
+        return creation != nullptr && creation->stay == edit.stay && creation->answered > edit.at &&
+               hadCode(moment, edit.oldName);
+    });
+}
+
+}  // namespace
+
+Reason whyNameIsHeldBack(const History& history, const UserEdit& renaming) {
+    if (wasRefusedForAClip(history, renaming)) {
+        return LossClass::answeredFalse;
+    }
+    if (hasAnUnnamedClip(history, renaming)) {
+        return LossClass::renamedMeanwhile;
+    }
+    return hasAClipOfNoMoment(history.stays[renaming.stay], renaming) ? Reason(LossClass::deletedWhileAway)
+                                                                      : std::nullopt;
+}
+
+}  // namespace Simulator
