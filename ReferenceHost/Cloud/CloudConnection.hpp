@@ -141,6 +141,7 @@ private:
     std::uint64_t lastCall_ = 0;
     std::map<std::uint64_t, std::shared_ptr<PendingCall>> calls_;  // under way
     std::map<std::string, std::uint64_t> lastFetches_;             // by session
+    std::map<std::string, std::uint64_t> latestFetchCalls_;        // by session: the one that has set that
     std::map<Listening, std::uint64_t> lastDeliveries_;
     std::map<std::string, std::uint64_t>
         answeredWrites_;  // by session: the last change that an answered write has made

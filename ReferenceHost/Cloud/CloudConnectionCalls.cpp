@@ -208,7 +208,12 @@ void CloudConnection::didFetch(PendingCall& call, const std::string& sessionId, 
         const auto known = lastFetches_.find(sessionId);
         call.fetched.emplace_back(sessionId, sequence,
                                   known == lastFetches_.end() ? std::nullopt : std::optional(known->second));
-        lastFetches_[sessionId] = sequence;
+        // One that was asked for earlier, and took longer, is of somebody who has left since, and tells nobody anything.
+        std::uint64_t& latest = latestFetchCalls_[sessionId];
+        if (latest <= call.info.number) {
+            latest = call.info.number;
+            lastFetches_[sessionId] = sequence;
+        }
     });
 }
 
