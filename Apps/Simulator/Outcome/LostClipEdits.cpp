@@ -89,9 +89,17 @@ private:
     template <typename Sets, typename IsSo>
     void judgeValues(LossKind kind, const Sets& sets, const IsSo& isSo) {
         const Edits last = lastWords(sets);
-        const bool isRight = last.empty() || std::ranges::any_of(last, [&](const UserEdit* edit) {
-                                 return edit->kind == EditKind::restoreRow || isSo(*edit);
-                             });
+        // Who brings a clip back sets nothing that others have set meanwhile: whatever some user has said of it is right.
+        const bool wasBroughtBack = std::ranges::any_of(
+            last, [](const UserEdit* edit) { return edit->kind == EditKind::restoreClip; });
+        const bool isRight = last.empty() ||
+                             std::ranges::any_of(last,
+                                                 [&](const UserEdit* edit) {
+                                                     return edit->kind == EditKind::restoreRow || isSo(*edit);
+                                                 }) ||
+                             (wasBroughtBack && std::ranges::any_of(clip_.edits, [&](const UserEdit* edit) {
+                                  return sets(*edit) && isSo(*edit);
+                              }));
         if (!isRight) {
             const UserEdit& edit = *last.back();
             report(kind, &edit,
