@@ -89,9 +89,11 @@ private:
     template <typename Sets, typename IsSo>
     void judgeValues(LossKind kind, const Sets& sets, const IsSo& isSo) {
         const Edits last = lastWords(sets);
-        // Who brings a clip back sets nothing that others have set meanwhile: whatever some user has said of it is right.
-        const bool wasBroughtBack = std::ranges::any_of(
-            last, [](const UserEdit* edit) { return edit->kind == EditKind::restoreClip; });
+        // Who brings a clip back brings it as it was, and sets nothing that others have set meanwhile: whatever some user has
+        // said of it is right.
+        const bool wasBroughtBack = std::ranges::any_of(clip_.edits, [](const UserEdit* edit) {
+            return edit->kind == EditKind::restoreClip || edit->kind == EditKind::restoreRow;
+        });
         const bool isRight = last.empty() ||
                              std::ranges::any_of(last,
                                                  [&](const UserEdit* edit) {

@@ -165,6 +165,11 @@ Reason explain(const History& history, const Loss& loss) {
             return reason;
         }
     }
+    // Sent anew by a timeline that had not heard of its deletion, as it was there.
+    const bool isOfValues = loss.kind == LossKind::retimeLost || loss.kind == LossKind::noteLost;
+    if (isOfValues && wasSentAnew(history, loss.moment)) {
+        return LossClass::deletedWhileAway;
+    }
     return whyOfBroughtBack(history, loss);
 }
 
