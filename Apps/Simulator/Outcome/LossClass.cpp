@@ -33,7 +33,7 @@ const std::vector<LossClassText>& lossClassTexts() {
          "timeline only."},
         {LossClass::takenAwayAgain, "taken away again",
          "A deletion that was taken back within a second or two comes back from the cloud, and takes the "
-         "clip away once more, for all."},
+         "clip away once more."},
         {LossClass::noCodingTarget, "the timeline could not be edited",
          "The change came in while the timeline could not be edited."},
         {LossClass::noRow, "no row for the clip",

@@ -46,6 +46,10 @@ using Reason = std::optional<LossClass>;
 /// the clip anew, as this moment.
 [[nodiscard]] bool wasSentAnew(const History& history, std::string_view moment);
 
+/// The clip was brought back as this moment, whose id did not come back, and was written as the one before with its row's new name:
+/// the fetch that brought the id found that one deleted, and took the clip away.
+[[nodiscard]] bool wasTakenForItsFormerMoment(const History& history, const Loss& loss);
+
 /// The clip is on the timeline, and its moment was deleted.
 [[nodiscard]] Reason whyNotTakenAway(const History& history, const Loss& loss);
 

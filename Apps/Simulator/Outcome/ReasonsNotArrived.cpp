@@ -118,7 +118,7 @@ Reason whyNotArrived(const History& history, const Loss& loss) {
             return LossClass::unreadable;
         }
     }
-    return std::nullopt;
+    return wasTakenForItsFormerMoment(history, loss) ? Reason(LossClass::takenAwayAgain) : std::nullopt;
 }
 
 }  // namespace Simulator

@@ -1,4 +1,4 @@
-// Why a clip is on a timeline although its moment was deleted.
+// Why a clip is on a timeline although its moment was deleted, or was taken away together with one that it stands for no more.
 
 #include "Apps/Simulator/Outcome/Reasons.hpp"
 
@@ -62,7 +62,54 @@ std::map<std::size_t, Turn> stepsOf(const History& history, const Loss& loss, co
     return steps;
 }
 
+/// The same arrival that placed the clip took it off the timeline.
+bool wasRemoved(const History& history, const StayHistory& stay, const Placement& placement,
+                std::size_t arrival) {
+    return std::ranges::any_of(stay.target, [&](std::size_t at) {
+        const auto& entry = history.entry(at);
+        return placement.at < at && at < arrival && entry.field("name") == "removeInstanceWithRowId" &&
+               entry.field("instanceId") == placement.clip;
+    });
+}
+
+bool isGoneBy(const History& history, std::string_view id, std::uint64_t sequence) {
+    const MomentHistory* moment = history.moment(id);
+    return moment != nullptr && !moment->lives && !moment->changes.empty() &&
+           moment->changes.back()->sequence <= sequence;
+}
+
+bool bringsBack(const UserEdit& edit) {
+    return edit.kind == EditKind::restoreClip || edit.kind == EditKind::restoreRow;
+}
+
 }  // namespace
+
+bool wasTakenForItsFormerMoment(const History& history, const Loss& loss) {
+    const StayHistory& stay = history.stays[loss.stay];
+    return std::ranges::any_of(history.moment(loss.moment)->placements, [&](const Placement& placement) {
+        const auto pull = std::ranges::find_if(
+            stay.arrivals, [&](const Arrival& arrival) { return arrival.at > placement.at; });
+        if (placement.stay != loss.stay || placement.how != "own" || pull == stay.arrivals.end() ||
+            !pull->isPull || !wasRemoved(history, stay, placement, pull->at)) {
+            return false;
+        }
+        return std::ranges::any_of(history.edits, [&](const UserEdit& undo) {
+            const auto place = std::ranges::find(undo.clips, placement.clip);
+            if (undo.stay != loss.stay || undo.at > placement.at || place == undo.clips.end() ||
+                !bringsBack(undo)) {
+                return false;
+            }
+            const std::string_view former =
+                undo.moments[static_cast<std::size_t>(place - undo.clips.begin())];
+            return former != loss.moment && isGoneBy(history, former, pull->sequence) &&
+                   std::ranges::any_of(stay.calls, [&](std::size_t number) {
+                       const Call& call = history.calls[number];
+                       return undo.at < call.at && call.answered < placement.at && !call.failed &&
+                              call.name == "updateMoments" && names(call.ids, former);
+                   });
+        });
+    });
+}
 
 Reason whyNotTakenAway(const History& history, const Loss& loss) {
     const StayHistory& stay = history.stays[loss.stay];
