@@ -51,7 +51,7 @@ def jobs($all):
 def figure($what; $value; $limit; $unit; $machine):
     "| \($what) | \($value | if . == null then "not measured" else digits(2) + $unit end) | \($limit)\($unit) | "
     + (if $value == null then "not measured" elif $value <= $limit then "reached"
-       elif $machine then "NOT reached (time) " else "NOT reached" end) + " |";
+       elif $machine then "NOT reached (time)" else "NOT reached" end) + " |";
 
 def worst(values): [values | select(. != null)] | max;
 
