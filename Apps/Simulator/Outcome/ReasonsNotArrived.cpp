@@ -37,6 +37,13 @@ bool tookAway(const UserEdit& edit) {
     return edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow;
 }
 
+/// The clip was made in place of one of the moment's two that stood on another row.
+bool wasPutOntoAnotherRow(const MomentHistory& moment, const Loss& loss, std::size_t after) {
+    return std::ranges::any_of(moment.placements, [&](const Placement& placement) {
+        return placement.at > after && placement.how == "moved" && placement.clip == loss.clip;
+    });
+}
+
 bool bringsBack(const UserEdit& edit) {
     return edit.kind == EditKind::restoreClip || edit.kind == EditKind::restoreRow;
 }
@@ -78,7 +85,8 @@ Reason whyThereTwice(const History& history, const Loss& loss) {
                 other = edit.clips[static_cast<std::size_t>(place - edit.moments.begin())];
             } else if (removal != nullptr && edit.at > placement.at && bringsBack(edit) &&
                        std::ranges::find(edit.clips, other) != edit.clips.end() &&
-                       (other == loss.clip || placement.clip == loss.clip)) {
+                       (other == loss.clip || placement.clip == loss.clip ||
+                        wasPutOntoAnotherRow(*history.moment(loss.moment), loss, edit.at))) {
                 const Reason reason = whyNotDeleted(history, *removal, other, loss.moment);
                 return reason || removal->stay == placement.stay ? reason : LossClass::deletedOutside;
             }
