@@ -141,8 +141,11 @@ Reason explain(const History& history, const Loss& loss) {
         return whyThereTwice(history, loss);
     }
     if (loss.kind < LossKind::clipOnWrongRow) {
-        const Reason reason = whyClipDiffers(history, loss);
-        return reason ? reason : whyOfBroughtBack(history, loss);
+        if (const Reason reason = whyClipDiffers(history, loss)) {
+            return reason;
+        }
+        return loss.kind == LossKind::clipUnsent ? whyNeverNamed(history, loss)
+                                                 : whyOfBroughtBack(history, loss);
     }
     if (loss.kind == LossKind::clipDoubled) {
         const Reason reason = whyClipEditIsLost(history, loss);

@@ -174,18 +174,6 @@ bool wasSentWithoutItsName(const History& history, const MomentHistory& moment) 
     });
 }
 
-/// The clip got no name on its timeline, and somebody else deleted its moment before the timeline could hear of it.
-bool wasDeletedUnheard(const History& history, const Loss& loss) {
-    const std::string& timelineId = history.stays[loss.stay].stay->timelineId;
-    return std::ranges::any_of(history.moments, [&](const auto& known) {
-        const MomentHistory& moment = known.second;
-        return moment.last->originInstanceId == loss.clip && moment.last->originTimelineId == timelineId &&
-               deletionOf(moment) != 0 &&
-               std::ranges::none_of(moment.placements,
-                                    [&](const Placement& placement) { return placement.stay == loss.stay; });
-    });
-}
-
 /// Clips that stand for the moment on the timeline.
 std::vector<std::string_view> clipsAtIssue(const History& history, const Loss& loss) {
     std::vector<std::string_view> clips;
@@ -201,9 +189,6 @@ std::vector<std::string_view> clipsAtIssue(const History& history, const Loss& l
 }  // namespace
 
 Reason whyOfBroughtBack(const History& history, const Loss& loss) {
-    if (loss.kind == LossKind::clipUnsent) {
-        return wasDeletedUnheard(history, loss) ? Reason(LossClass::deletedWhileAway) : std::nullopt;
-    }
     const std::vector<std::string_view> atIssue = clipsAtIssue(history, loss);
     const UserEdit* edit = loss.edit != nullptr
                                ? loss.edit

@@ -50,6 +50,37 @@ bool bringsBack(const UserEdit& edit) {
 
 }  // namespace
 
+Reason whyNeverNamed(const History& history, const Loss& loss) {
+    const StayHistory& stay = history.stays[loss.stay];
+    for (const auto& [id, moment] : history.moments) {
+        if (moment.last == nullptr || moment.last->originInstanceId != loss.clip ||
+            moment.last->originTimelineId != stay.stay->timelineId ||
+            std::ranges::any_of(moment.placements,
+                                [&](const Placement& placement) { return placement.stay == loss.stay; })) {
+            continue;
+        }
+        if (!moment.lives) {
+            return LossClass::deletedWhileAway;  // before the timeline could hear of it
+        }
+        const std::uint64_t creation = moment.changes.front()->sequence;
+        const auto times = timesUnread(history, stay, id);
+        bool wasFetched = false;
+        bool wasRead = false;
+        for (const Arrival& arrival : stay.arrivals) {
+            if (arrival.isPull && arrival.sequence >= creation) {
+                wasFetched = true;
+                wasRead = wasRead || std::ranges::none_of(times, [&](const auto& time) {
+                              return time.first < arrival.at && arrival.at < time.second;
+                          });
+            }
+        }
+        if (wasFetched && !wasRead) {
+            return LossClass::unreadable;
+        }
+    }
+    return std::nullopt;
+}
+
 Reason whyNeverFetched(const History& history, const Loss& loss) {
     return loss.edit == nullptr && wasNeverFetched(history.stays[loss.stay]) ? Reason(LossClass::neverFetched)
                                                                              : std::nullopt;
