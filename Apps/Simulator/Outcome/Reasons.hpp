@@ -53,6 +53,10 @@ using Reason = std::optional<LossClass>;
 /// the fetch that brought the id found that one deleted, and took the clip away.
 [[nodiscard]] bool wasTakenForItsFormerMoment(const History& history, const Loss& loss);
 
+/// The deletion was taken back, came back from the cloud, and was done again; or it was still on its way to the cloud, or
+/// its answer was lost, so that the clip was sent once more as one that is there. The edit is the undo, or a later one of that clip.
+[[nodiscard]] bool wasTakenAwayAgain(const History& history, const UserEdit& edit, std::string_view clip);
+
 /// The clip is on the timeline, and its moment was deleted.
 [[nodiscard]] Reason whyNotTakenAway(const History& history, const Loss& loss);
 

@@ -131,29 +131,6 @@ Reason whyStillThere(const History& history, std::string_view clip, std::string_
     return removal != history.edits.rend() ? whyNotSent(history, *removal, clip, moment) : std::nullopt;
 }
 
-/// The deletion was taken back, came back from the cloud, and was done again; or it was still on its way to the cloud, or
-/// its answer was lost, so that the clip was sent once more as one that is there.
-bool wasTakenAwayAgain(const History& history, const UserEdit& undo, std::string_view clip) {
-    if (!restores(undo)) {
-        return false;
-    }
-    const auto place = std::ranges::find(undo.clips, clip) - undo.clips.begin();
-    const std::string_view moment = undo.moments[static_cast<std::size_t>(place)];
-    const StayHistory& stay = history.stays[undo.stay];
-    const bool wasDoneAgain = std::ranges::any_of(stay.target, [&](std::size_t at) {
-        const auto& entry = history.entry(at);
-        return at > undo.at && entry.field("name") == "removeInstanceWithRowId" &&
-               entry.field("instanceId") == clip;
-    });
-    const bool wasOnItsWay = std::ranges::any_of(stay.calls, [&](std::size_t number) {
-        const Call& call = history.calls[number];
-        return call.name == "removeMoments" && call.accepted != nullptr &&
-               (undo.at < call.answered || call.failed) &&
-               std::ranges::find(call.ids, moment) != call.ids.end();
-    });
-    return wasDoneAgain || wasOnItsWay;
-}
-
 /// The living moment was made by the last upload of a session whose timeline was published anew, without the names of that session.
 bool wasSentWithoutItsName(const History& history, const MomentHistory& moment) {
     const std::uint64_t sequence = moment.changes.front()->sequence;

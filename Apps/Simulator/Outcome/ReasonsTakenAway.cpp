@@ -82,7 +82,57 @@ bool bringsBack(const UserEdit& edit) {
     return edit.kind == EditKind::restoreClip || edit.kind == EditKind::restoreRow;
 }
 
+bool takesAway(const UserEdit& edit) {
+    return edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow;
+}
+
+/// The edit, or the one before it in its stay that took the clip's deletion back; null: there is none since the last deletion.
+const UserEdit* undoBefore(const History& history, const UserEdit& edit, std::string_view clip) {
+    const UserEdit* undo = nullptr;
+    for (const std::size_t number : history.stays[edit.stay].edits) {
+        const UserEdit& other = history.edits[number];
+        if (other.at <= edit.at && std::ranges::find(other.clips, clip) != other.clips.end()) {
+            undo = bringsBack(other) ? &other : takesAway(other) ? nullptr : undo;
+        }
+    }
+    return undo;
+}
+
+/// The clip was sent as one that is there before the deletion was answered, and that was answered after it: from then on it counts as
+/// there.
+bool wasWrittenMeanwhile(const History& history, const StayHistory& stay, const UserEdit& undo,
+                         const Call& removal, std::string_view moment) {
+    return std::ranges::any_of(stay.calls, [&](std::size_t number) {
+        const Call& call = history.calls[number];
+        return call.name == "updateMoments" && names(call.ids, moment) && undo.at < call.at &&
+               call.at < removal.answered && removal.answered < call.answered && call.answered != never &&
+               !call.failed;
+    });
+}
+
 }  // namespace
+
+bool wasTakenAwayAgain(const History& history, const UserEdit& edit, std::string_view clip) {
+    const UserEdit* undo = undoBefore(history, edit, clip);
+    if (undo == nullptr) {
+        return false;
+    }
+    const auto place = std::ranges::find(undo->clips, clip) - undo->clips.begin();
+    const std::string_view moment = undo->moments[static_cast<std::size_t>(place)];
+    const StayHistory& stay = history.stays[undo->stay];
+    const bool wasDoneAgain = undo == &edit && std::ranges::any_of(stay.target, [&](std::size_t at) {
+                                  const auto& entry = history.entry(at);
+                                  return at > undo->at && entry.field("name") == "removeInstanceWithRowId" &&
+                                         entry.field("instanceId") == clip;
+                              });
+    return wasDoneAgain || std::ranges::any_of(stay.calls, [&](std::size_t number) {
+               const Call& call = history.calls[number];
+               const bool isOfIt =
+                   call.name == "removeMoments" && call.accepted != nullptr && names(call.ids, moment);
+               return isOfIt && (call.failed || edit.at < call.answered ||
+                                 wasWrittenMeanwhile(history, stay, *undo, call, moment));
+           });
+}
 
 bool wasTakenForItsFormerMoment(const History& history, const Loss& loss) {
     const StayHistory& stay = history.stays[loss.stay];
