@@ -33,7 +33,8 @@ public:
     using ErrorHandler = std::function<void(std::exception_ptr)>;
 
     /// Main thread. All tagging sessions of a video with all their contents, the primary session first. One answer,
-    /// from any thread; an error when the service cannot be reached. Not repeated by the client.
+    /// from any thread; an error when the service cannot be reached: the client does not repeat what
+    /// has failed. What it gives is not older than what this client's writes were answered meanwhile.
     virtual void fetchTaggingSessions(const std::string& teamId, const std::string& videoId,
                                       const std::optional<FetchTaggingSessionsOptions>& options,
                                       Base::Completion<std::vector<TaggingSessionItem>> completion) = 0;

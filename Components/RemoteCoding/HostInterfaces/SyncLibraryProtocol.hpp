@@ -16,7 +16,8 @@ public:
     /// Main thread. A service of its own for each synchronised timeline. Never null.
     [[nodiscard]] virtual std::shared_ptr<TaggingSessionServiceProtocol> makeTaggingSessionService() = 0;
 
-    /// Main thread. The moment in readable form; null when it cannot be read, and it is then left out.
+    /// Main thread. The moment in readable form; null when it cannot be read: it is then left
+    /// out, and a clip that stands for it is taken away by a fetch.
     [[nodiscard]] virtual std::shared_ptr<const MomentItem> momentItem(const Moment& moment) const = 0;
 
     /// Main thread. The view in readable form; absent when it cannot be read.

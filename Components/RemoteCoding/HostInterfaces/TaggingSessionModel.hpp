@@ -31,13 +31,13 @@ public:
     [[nodiscard]] virtual const std::string& code() const = 0;
 
     /// Main thread. Adds the clip to the timeline, on the row named by the code, with its `externalId` set; makes the row
-    /// when it is missing. A moment that this very timeline has sent is not added twice: the clip that it stands for
-    /// is given back, and when that stands for a later moment by now, an instance without a row. The row of the result may
+    /// when it is missing. A moment that this very timeline has sent, or whose identifier is a clip's `externalId`, is not
+    /// added twice: the clip that it stands for is given back, deleted or not, and when that stands for a later moment by now, an instance without a row. The row of the result may
     /// also be absent when the library could not place it. Never null.
     [[nodiscard]] virtual std::shared_ptr<TimelineInstanceProtocol>
     appendToTimeline(const std::shared_ptr<TimelineProtocol>& timeline) const = 0;
 
-    /// Main thread. Brings the instance up to the moment's state; null when the timeline has no such instance on
+    /// Main thread. Brings the instance up to the moment's state, but for what its user has set since; null when the timeline has no such instance on
     /// that row. Takes time independent of the number of instances.
     [[nodiscard]] virtual std::shared_ptr<TimelineInstanceProtocol>
     updateOnTimeline(const std::shared_ptr<TimelineProtocol>& timeline, const std::string& instanceId,

@@ -19,7 +19,7 @@ namespace RemoteCoding {
 /// Ownership: instances and rows may be kept until the completion has been called.
 ///
 /// Failure: an error through the completion; the component logs its description and sends the same changes again with
-/// the next upload. An exception out of the call counts as that error. There is no time limit: a call that never
+/// the next upload, unless somebody else's change was coming in meanwhile. An exception out of the call counts as that error. There is no time limit: a call that never
 /// completes holds up the synchronisation of its timeline. Writes should be repeated over short network drops
 /// before they fail.
 ///
@@ -31,8 +31,8 @@ public:
                                       const std::string& userId,
                                       Base::Completion<std::string> completion) = 0;
 
-    /// Replaces the session's presentation view by one made of these rows, in their order. `name` is always the empty
-    /// text. The resulting text is ignored.
+    /// Saves what the timeline's user has changed in the list of rows. The rows are the whole list, in their order; they are
+    /// saved as they are for a session that has none yet. `name` is always the empty text. The resulting text is ignored.
     virtual void savePresentationView(const std::string& teamId, const std::string& videoId,
                                       const std::string& taggingSessionId, const std::string& timelineId,
                                       const std::string& name, RowList rows,
@@ -46,7 +46,8 @@ public:
                                InstanceList instances,
                                Base::Completion<std::vector<std::string>> completion) = 0;
 
-    /// Brings the moments named by the instances' `externalId`s up to the instances' state. True when done; a moment
+    /// Writes what the timeline's user has changed of the instances since they were written last to the moments that their
+    /// `externalId`s name. True when done; a moment
     /// that does not exist any more is passed over and does not make the answer false.
     virtual void updateMoments(const std::string& teamId, const std::string& videoId,
                                const std::string& taggingSessionId, const std::string& timelineId,

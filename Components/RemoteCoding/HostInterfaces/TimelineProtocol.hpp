@@ -57,7 +57,7 @@ public:
     /// Any thread. Never changes; unique within its timeline, never used again for another row.
     [[nodiscard]] virtual const std::string& uniqueId() const = 0;
 
-    /// Any thread. Two rows may have the same name; the first one in `allRows` order then stands for both.
+    /// Any thread. On a timeline once; should two rows have the same name, the first one in `allRows` order stands for both.
     [[nodiscard]] virtual std::string name() const = 0;
 
     /// Any thread.
