@@ -3,6 +3,7 @@
 #include "Apps/Simulator/Outcome/Reasons.hpp"
 
 #include <algorithm>
+#include <iterator>
 #include <set>
 
 namespace Simulator {
@@ -92,28 +93,46 @@ bool wasDeletedBeforeJoining(const History& history, const UserEdit& undo, std::
            });
 }
 
-/// A timeline that could not be edited kept the clip when it was deleted, and has sent it anew: it lives, or is the one of two that
-/// the user has deleted.
+/// The living moment was made for a copy of the former one that its analyst has deleted and brought back.
+bool wasCopyOf(const History& history, std::string_view living, std::string_view former) {
+    const MomentHistory& copy = *history.moment(living);
+    const MomentHistory& moment = *history.moment(former);
+    return deletionOf(moment) != 0 && std::ranges::any_of(moment.placements, [&](const Placement& placement) {
+               return placement.clip == copy.last->originInstanceId && placement.stay != never &&
+                      history.stays[placement.stay].stay->timelineId == copy.last->originTimelineId;
+           });
+}
+
+/// A timeline that could not be edited kept the clip when it was deleted, and has sent it anew: it lives, or a copy of it does, or it
+/// is the one of two that the user has deleted.
 bool wasKeptWithoutTarget(const History& history, const SharedClip& clip, const Loss& loss) {
     std::vector<std::string_view> atIssue = clip.livingMoments;
+    if (loss.kind == LossKind::clipDoubled) {
+        for (const std::string_view living : clip.livingMoments) {
+            std::ranges::copy_if(clip.moments, std::back_inserter(atIssue),
+                                 [&](std::string_view former) { return wasCopyOf(history, living, former); });
+        }
+    }
     if (loss.kind == LossKind::deletionLost) {
         const auto place = std::ranges::find(loss.edit->clips, loss.clip) - loss.edit->clips.begin();
         atIssue.push_back(loss.edit->moments[static_cast<std::size_t>(place)]);
     }
     return std::ranges::any_of(atIssue, [&](std::string_view id) {
         const MomentHistory* found = history.moment(id);
-        if (found == nullptr) {
+        if (found == nullptr || found->changes.empty()) {
             return false;
         }
         const MomentHistory& living = *found;
+        const std::uint64_t creation = living.changes.front()->sequence;
         return std::ranges::any_of(history.stays, [&](const StayHistory& stay) {
             return stay.session == living.session && stay.stay->timelineId == living.last->originTimelineId &&
                    std::ranges::any_of(stay.arrivals, [&](const Arrival& arrival) {
                        return hadNoTarget(history, stay, arrival.at) &&
                               std::ranges::any_of(clip.moments, [&](std::string_view deleted) {
                                   const std::uint64_t deletion = deletionOf(*history.moment(deleted));
-                                  return deletion != 0 && (arrival.isPull ? arrival.sequence >= deletion
-                                                                          : arrival.sequence == deletion);
+                                  return deletion != 0 && deletion < creation &&
+                                         (arrival.isPull ? arrival.sequence >= deletion
+                                                         : arrival.sequence == deletion);
                               });
                    });
         });
