@@ -2,13 +2,17 @@
 
 #include "Components/RemoteCoding/Models/ErrorLog.hpp"
 #include "ReferenceHost/LogManager.hpp"
+#include "ReferenceHost/SeededRandom.hpp"
 #include "ReferenceHost/Timeline/Timeline.hpp"
 #include "ReferenceHost/Trace.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
 #include <memory>
+#include <optional>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -136,6 +140,45 @@ TEST_F(MomentCacheTest, ADeletedMomentIsRememberedUntilItsInstanceIsCachedAgain)
     cache_.cacheInstances(clip);
     EXPECT_FALSE(cache_.hasDeletedMoment(clip->uniqueId()));
     EXPECT_EQ(cache_.momentId(clip->uniqueId()), "moment after");
+}
+
+TEST_F(MomentCacheTest, AnyOrderOfRecordsAndDeletionsIsRememberedAsByThreeMaps) {
+    std::map<std::string, std::string> instanceOf;  // of each moment
+    std::map<std::string, std::string> momentOf;    // of each instance
+    std::set<std::string> withDeletedMoment;
+    Instances clips;
+    for (int count = 0; count < 5; ++count) {
+        clips.push_back(addClip(std::nullopt));
+    }
+    const auto in = [](const auto& map, const std::string& key) {
+        const auto found = map.find(key);
+        return found != map.end() ? std::optional(found->second) : std::nullopt;
+    };
+    ReferenceHost::SeededRandom random(11);
+    for (int turn = 0; turn < 5'000; ++turn) {
+        const std::string moment = "moment " + std::to_string(random.below(6));
+        if (random.chance(0.6)) {
+            const auto& clip = clips[random.below(clips.size())];
+            clip->setExternalId(moment);
+            cache_.cacheInstances(clip);
+            instanceOf[moment] = clip->uniqueId();
+            momentOf[clip->uniqueId()] = moment;
+            withDeletedMoment.erase(clip->uniqueId());
+        } else {
+            cache_.deleteMoments(moment);
+            if (const auto instance = in(instanceOf, moment)) {
+                instanceOf.erase(moment);
+                momentOf.erase(*instance);
+                withDeletedMoment.insert(*instance);
+            }
+        }
+        ASSERT_EQ(cache_.instanceId(moment), in(instanceOf, moment)) << "turn " << turn;
+        for (const auto& clip : clips) {
+            const std::string& id = clip->uniqueId();
+            ASSERT_EQ(cache_.momentId(id), in(momentOf, id)) << "turn " << turn;
+            ASSERT_EQ(cache_.hasDeletedMoment(id), withDeletedMoment.contains(id)) << "turn " << turn;
+        }
+    }
 }
 
 TEST_F(MomentCacheTest, RowsAreRememberedAsTheyWereWhenCached) {

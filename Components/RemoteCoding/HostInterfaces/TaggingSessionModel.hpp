@@ -37,8 +37,9 @@ public:
     [[nodiscard]] virtual std::shared_ptr<TimelineInstanceProtocol>
     appendToTimeline(const std::shared_ptr<TimelineProtocol>& timeline) const = 0;
 
-    /// Main thread. Brings the instance up to the moment's state, but for what its user has set since; null when the timeline has no such instance on
-    /// that row. Takes time independent of the number of instances.
+    /// Main thread. Brings the instance up to the moment's state, but for what its user has set since, and gives it: the clip
+    /// of the timeline itself, with its row as it is. Null when the timeline has no such instance on that row. Takes time
+    /// independent of the number of instances.
     [[nodiscard]] virtual std::shared_ptr<TimelineInstanceProtocol>
     updateOnTimeline(const std::shared_ptr<TimelineProtocol>& timeline, const std::string& instanceId,
                      const std::string& rowId) const = 0;

@@ -76,47 +76,48 @@ void MomentCache::cacheInstance(const TimelineInstanceProtocol& instance, std::s
     // at all.
     const std::string& instanceId = instance.uniqueId();
     const std::string* const row = &*rowIds_.insert(rowId).first;
-    byMoment_.makeRoomForOne();
-    byInstance_.makeRoomForOne();
+    uploadedMoments_.makeRoomForOne();
+    uploadedMomentIdForInstanceId_.makeRoomForOne();
 
-    const auto known = byMoment_.find(momentId, momentIdAt());
-    const bool isKnown = known && links_[*known].instanceId == instanceId;
+    const auto known = uploadedMoments_.find(momentId, momentIdAt());
+    const bool isKnown = known && records_[*known].instanceId == instanceId;
     const Position position = isKnown ? *known : add(std::move(momentId), instanceId);
-    Link& link = links_[position];
-    link.rowId = row;
+    UploadedMoment& record = records_[position];
+    record.rowId = row;
     if (!isKnown) {
-        link.isOfMoment = true;
-        end(byMoment_.put(link.momentId, position, momentIdAt()), &Link::isOfMoment);
+        record.isOfMoment = true;
+        end(uploadedMoments_.put(record.momentId, position, momentIdAt()), &UploadedMoment::isOfMoment);
     }
-    if (!link.isOfInstance) {
-        link.isOfInstance = true;
-        end(byInstance_.put(link.instanceId, position, instanceIdAt()), &Link::isOfInstance);
+    if (!record.isOfInstance) {
+        record.isOfInstance = true;
+        end(uploadedMomentIdForInstanceId_.put(record.instanceId, position, instanceIdAt()),
+            &UploadedMoment::isOfInstance);
     }
-    end(deletions_.erase(link.instanceId, instanceIdAt()), &Link::isDeletion);
+    end(deletedMomentIdForInstanceId_.erase(record.instanceId, instanceIdAt()), &UploadedMoment::isDeletion);
 }
 
 MomentCache::Position MomentCache::add(std::string momentId, const std::string& instanceId) {
     if (firstFree_ == nowhere) {
-        links_.emplace_back();
-        firstFree_ = static_cast<Position>(links_.size() - 1);
+        records_.emplace_back();
+        firstFree_ = static_cast<Position>(records_.size() - 1);
     }
     const Position position = firstFree_;
-    Link& link = links_[position];
-    link.instanceId = instanceId;
-    link.momentId = std::move(momentId);
-    firstFree_ = std::exchange(link.nextFree, nowhere);
+    UploadedMoment& record = records_[position];
+    record.instanceId = instanceId;
+    record.momentId = std::move(momentId);
+    firstFree_ = std::exchange(record.nextFree, nowhere);
     return position;
 }
 
-void MomentCache::end(std::optional<Position> position, bool Link::* what) {
+void MomentCache::end(std::optional<Position> position, bool UploadedMoment::* what) {
     if (!position) {
         return;
     }
-    Link& link = links_[*position];
-    link.*what = false;
-    if (!link.isOfMoment && !link.isOfInstance && !link.isDeletion) {
-        link = Link();
-        link.nextFree = std::exchange(firstFree_, *position);
+    UploadedMoment& record = records_[*position];
+    record.*what = false;
+    if (!record.isOfMoment && !record.isOfInstance && !record.isDeletion) {
+        record = UploadedMoment();
+        record.nextFree = std::exchange(firstFree_, *position);
     }
 }
 
@@ -124,7 +125,7 @@ void MomentCache::deleteMoments(std::span<const std::string> momentIds) {
     PendingErrors errors(log_, "deleteMoments(momentIds:)");
     Base::synchronized(lock_, [&] {
         for (const auto& momentId : momentIds) {
-            if (const auto found = byMoment_.find(momentId, momentIdAt())) {
+            if (const auto found = uploadedMoments_.find(momentId, momentIdAt())) {
                 deleteMoment(*found);
             } else {
                 errors.add("No uploaded moment found to delete");
@@ -135,13 +136,15 @@ void MomentCache::deleteMoments(std::span<const std::string> momentIds) {
 }
 
 void MomentCache::deleteMoment(Position position) {
-    deletions_.makeRoomForOne();
-    Link& link = links_[position];
-    // First of all, so that the link lasts.
-    link.isDeletion = true;
-    end(deletions_.put(link.instanceId, position, instanceIdAt()), &Link::isDeletion);
-    end(byInstance_.erase(link.instanceId, instanceIdAt()), &Link::isOfInstance);
-    end(byMoment_.erase(link.momentId, momentIdAt()), &Link::isOfMoment);
+    deletedMomentIdForInstanceId_.makeRoomForOne();
+    UploadedMoment& record = records_[position];
+    // First of all, so that the record lasts.
+    record.isDeletion = true;
+    end(deletedMomentIdForInstanceId_.put(record.instanceId, position, instanceIdAt()),
+        &UploadedMoment::isDeletion);
+    end(uploadedMomentIdForInstanceId_.erase(record.instanceId, instanceIdAt()),
+        &UploadedMoment::isOfInstance);
+    end(uploadedMoments_.erase(record.momentId, momentIdAt()), &UploadedMoment::isOfMoment);
 }
 
 void MomentCache::cacheRows(Rows rows) {
@@ -179,49 +182,50 @@ void MomentCache::removeUploadedRow(const std::string& rowId) {
     Base::synchronized(lock_, [&] { uploadedRows_.erase(rowId); });
 }
 
-const MomentCache::Link* MomentCache::linkOfMoment(const std::string& momentId) const {
-    const auto found = byMoment_.find(momentId, momentIdAt());
-    return found ? &links_[*found] : nullptr;
+const MomentCache::UploadedMoment* MomentCache::uploadedMoment(const std::string& momentId) const {
+    const auto found = uploadedMoments_.find(momentId, momentIdAt());
+    return found ? &records_[*found] : nullptr;
 }
 
 std::optional<std::string> MomentCache::instanceId(const std::string& momentId) const {
     return Base::synchronized(lock_, [&] {
-        const Link* const link = linkOfMoment(momentId);
-        return link != nullptr ? std::optional(link->instanceId) : std::nullopt;
+        const UploadedMoment* const record = uploadedMoment(momentId);
+        return record != nullptr ? std::optional(record->instanceId) : std::nullopt;
     });
 }
 
 std::optional<std::string> MomentCache::rowId(const std::string& momentId) const {
     return Base::synchronized(lock_, [&] {
-        const Link* const link = linkOfMoment(momentId);
-        return link != nullptr ? std::optional(*link->rowId) : std::nullopt;
+        const UploadedMoment* const record = uploadedMoment(momentId);
+        return record != nullptr ? std::optional(*record->rowId) : std::nullopt;
     });
 }
 
 bool MomentCache::knowsMoment(const std::string& momentId) const {
-    return Base::synchronized(lock_, [&] { return linkOfMoment(momentId) != nullptr; });
+    return Base::synchronized(lock_, [&] { return uploadedMoment(momentId) != nullptr; });
 }
 
 bool MomentCache::findPlace(const std::string& momentId, ClipPlace& place) const {
     return Base::synchronized(lock_, [&] {
-        const Link* const link = linkOfMoment(momentId);
-        if (link != nullptr) {
-            place.instanceId = link->instanceId;
-            place.rowId = *link->rowId;
+        const UploadedMoment* const record = uploadedMoment(momentId);
+        if (record != nullptr) {
+            place.instanceId = record->instanceId;
+            place.rowId = *record->rowId;
         }
-        return link != nullptr;
+        return record != nullptr;
     });
 }
 
 std::optional<std::string> MomentCache::momentId(const std::string& instanceId) const {
     return Base::synchronized(lock_, [&] {
-        const auto found = byInstance_.find(instanceId, instanceIdAt());
-        return found ? std::optional(links_[*found].momentId) : std::nullopt;
+        const auto found = uploadedMomentIdForInstanceId_.find(instanceId, instanceIdAt());
+        return found ? std::optional(records_[*found].momentId) : std::nullopt;
     });
 }
 
 bool MomentCache::hasDeletedMoment(const std::string& instanceId) const {
-    return Base::synchronized(lock_, [&] { return deletions_.find(instanceId, instanceIdAt()).has_value(); });
+    return Base::synchronized(
+        lock_, [&] { return deletedMomentIdForInstanceId_.find(instanceId, instanceIdAt()).has_value(); });
 }
 
 }  // namespace RemoteCoding

@@ -95,7 +95,7 @@ private:
     static constexpr Position nowhere = UINT32_MAX;
 
     /// A moment and an instance that were cached together. Kept while any of the three says something that is not said anew.
-    struct Link {
+    struct UploadedMoment {
         std::string momentId;
         std::string instanceId;
         const std::string* rowId = nullptr;  ///< the instance's row at the time it was cached
@@ -109,24 +109,24 @@ private:
                        const std::string& rowId);
     void deleteMoment(Position position);
     [[nodiscard]] Position add(std::string momentId, const std::string& instanceId);
-    /// The link does not say that any more.
-    void end(std::optional<Position> position, bool Link::* what);
+    /// The record does not say that any more.
+    void end(std::optional<Position> position, bool UploadedMoment::* what);
 
-    [[nodiscard]] const Link* linkOfMoment(const std::string& momentId) const;
+    [[nodiscard]] const UploadedMoment* uploadedMoment(const std::string& momentId) const;
     [[nodiscard]] auto momentIdAt() const {
-        return [this](Position position) -> std::string_view { return links_[position].momentId; };
+        return [this](Position position) -> std::string_view { return records_[position].momentId; };
     }
     [[nodiscard]] auto instanceIdAt() const {
-        return [this](Position position) -> std::string_view { return links_[position].instanceId; };
+        return [this](Position position) -> std::string_view { return records_[position].instanceId; };
     }
 
     LogManagerProtocol& log_;
     Base::ObjectLock lock_;
-    std::deque<Link> links_;
+    std::deque<UploadedMoment> records_;
     Position firstFree_ = nowhere;
-    IdIndex byMoment_;                        ///< links that are of a moment
-    IdIndex byInstance_;                      ///< links that are of an instance
-    IdIndex deletions_;                       ///< by instance
+    IdIndex uploadedMoments_;                 ///< by moment: the records that are its
+    IdIndex uploadedMomentIdForInstanceId_;   ///< by instance: the records that are its current ones
+    IdIndex deletedMomentIdForInstanceId_;    ///< by instance
     std::unordered_set<std::string> rowIds_;  ///< every row that ever had an instance here
     std::unordered_map<std::string, UploadedRow> uploadedRows_;
 };
