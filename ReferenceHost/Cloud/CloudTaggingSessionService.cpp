@@ -35,6 +35,7 @@ std::optional<MomentDraft> draftOf(const std::shared_ptr<RemoteCoding::TimelineI
     MomentDraft draft;
     // Before the values: an edit meanwhile is written again with its own number, a value with another's number never.
     if (rules.onlyEditsAreWritten) {
+        ours->tellCode(std::nullopt, 0);
         draft.numbers = ours->editNumbers();
     }
     const ClipValues values = ours->values();
@@ -45,6 +46,7 @@ std::optional<MomentDraft> draftOf(const std::shared_ptr<RemoteCoding::TimelineI
         const auto row = ours->original()->row();
         draft.code = row->name();
         draft.codeColor = row->color();
+        ours->tellCode(draft.code, draft.numbers.value_or(EditNumbers()).code);
     }
     draft.start = values.startTime;
     draft.end = values.endTime;

@@ -202,6 +202,8 @@ private:
     /// Of the user's edit under way; 0 when it is not the user's.
     [[nodiscard]] std::uint64_t nextEditNumber();
     [[nodiscard]] bool isNameRefused(const std::string& name) const;
+    /// The edit that gave the row its present name, if all its clips have that in the cloud, and nothing is to be written.
+    [[nodiscard]] static std::optional<std::uint64_t> editOfToldName(const TimelineRow& row);
     void rememberEdit(RowEdit::Kind kind, const TimelineRow& row, const std::string& oldName = {});
     [[nodiscard]] bool wentWithItsRow(const InstanceEntry& entry) const;
     void insertIntoRows(std::shared_ptr<TimelineRow> row, std::int64_t index, std::int64_t count);

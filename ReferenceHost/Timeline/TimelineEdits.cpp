@@ -32,7 +32,9 @@ std::shared_ptr<TimelineInstance> Timeline::addInstance(const std::string& rowId
     auto instance = std::make_shared<TimelineInstance>(
         options_.makeId(), row, ClipValues(startTime, endTime, notes), ++lastOrder_, false);
     const auto number = nextEditNumber();
-    instance->setEditNumbers({number, number, number});
+    for (const auto part : {&EditNumbers::code, &EditNumbers::times, &EditNumbers::notes}) {
+        instance->setEditNumber(part, number);
+    }
     instanceLog_.add(instance, count);
     row->append(instance);
     finishChange(count);
@@ -59,9 +61,7 @@ bool Timeline::setValues(InstanceEntry& entry, ClipValues values, std::uint64_t 
     const auto count = nextCount(ChangeKind::alteration);
     entry.object->setValues(std::move(values));
     if (const auto number = nextEditNumber()) {
-        EditNumbers numbers = entry.object->editNumbers();
-        numbers.*part = number;
-        entry.object->setEditNumbers(numbers);
+        entry.object->setEditNumber(part, number);
     }
     instanceLog_.didChange(entry, count);
     finishChange(count);

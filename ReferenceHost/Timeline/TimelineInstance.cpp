@@ -100,6 +100,26 @@ EditNumbers TimelineInstance::written() const {
     return synchronized(lock_, [this] { return written_; });
 }
 
+void TimelineInstance::tellCode(std::optional<std::string> code, std::uint64_t number) {
+    if (const auto original = original_.lock()) {
+        original->tellCode(std::move(code), number);
+        return;
+    }
+    synchronized(lock_, [&] {
+        isTold_ = true;
+        std::swap(toldCode_, code);
+        toldNumber_ = number;
+    });
+}
+
+bool TimelineInstance::isTold() const {
+    return synchronized(lock_, [this] { return isTold_ || externalId_; });
+}
+
+std::optional<std::uint64_t> TimelineInstance::toldWith(const std::string& code) const {
+    return synchronized(lock_, [&] { return toldCode_ == code ? std::optional(toldNumber_) : std::nullopt; });
+}
+
 bool TimelineInstance::standFor(const std::string& sessionId, std::uint64_t momentNumber) {
     if (const auto original = original_.lock()) {
         return original->standFor(sessionId, momentNumber);
@@ -112,8 +132,8 @@ bool TimelineInstance::standFor(const std::string& sessionId, std::uint64_t mome
     });
 }
 
-void TimelineInstance::setEditNumbers(EditNumbers numbers) {
-    synchronized(lock_, [&] { numbers_ = numbers; });
+void TimelineInstance::setEditNumber(std::uint64_t EditNumbers::* part, std::uint64_t number) {
+    synchronized(lock_, [&] { numbers_.*part = number; });
 }
 
 void TimelineInstance::setValues(ClipValues values) {

@@ -64,6 +64,16 @@ public:
     /// Up to which edits the clip was written.
     [[nodiscard]] EditNumbers written() const;
 
+    /// The cloud is being told of the clip, or has told of it, with this name of its row; absent: with one that is not read yet.
+    /// `number`: the edit that has set it. Of a detached copy: of the clip that it shows.
+    void tellCode(std::optional<std::string> code, std::uint64_t number);
+
+    /// Whether the cloud may know of the clip.
+    [[nodiscard]] bool isTold() const;
+
+    /// The edit that has set this name of its row, when it is the one that the cloud was told last.
+    [[nodiscard]] std::optional<std::uint64_t> toldWith(const std::string& code) const;
+
     /// The clip stands for this moment of the session: false when it stands for a later one already. Of a detached copy: the clip
     /// that it shows does.
     bool standFor(const std::string& sessionId, std::uint64_t momentNumber);
@@ -82,7 +92,7 @@ private:
     friend class TimelineRow;
 
     void setValues(ClipValues values);
-    void setEditNumbers(EditNumbers numbers);
+    void setEditNumber(std::uint64_t EditNumbers::* part, std::uint64_t number);
     /// Writes the id without telling the timeline.
     void writeExternalId(std::optional<std::string> externalId);
 
@@ -95,10 +105,13 @@ private:
 
     std::weak_ptr<TimelineInstance> original_;  // of a detached copy
 
-    Base::ObjectLock lock_;  // guards the next five
+    Base::ObjectLock lock_;  // guards the rest but the last
     ClipValues values_;
     EditNumbers numbers_;
     EditNumbers written_;
+    bool isTold_ = false;
+    std::optional<std::string> toldCode_;
+    std::uint64_t toldNumber_ = 0;
     std::optional<std::string> externalId_;
     std::map<std::string, std::uint64_t>
         lastMoment_;  // by session: the number of the latest that it has stood for

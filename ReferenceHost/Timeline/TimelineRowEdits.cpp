@@ -68,11 +68,35 @@ bool Timeline::renameRow(const std::string& rowId, const std::string& name) {
     entry->object->setName(name);
     if (!componentEdits_) {
         rememberEdit(RowEdit::Kind::rename, *entry->object, oldName);
-        entry->object->setNameEditNumber(lastEditNumber_);
+        entry->object->setNameEditNumber(editOfToldName(*entry->object).value_or(lastEditNumber_));
+    } else {
+        const auto clips = entry->object->allInstances();
+        for (const auto& clip : *clips) {
+            auto& ours = static_cast<TimelineInstance&>(*clip);
+            ours.tellCode(name, ours.editNumbers().code);
+        }
     }
     rowLog_.didChange(*entry, count);
     finishChange(count);
     return true;
+}
+
+std::optional<std::uint64_t> Timeline::editOfToldName(const TimelineRow& row) {
+    const auto clips = row.allInstances();
+    const std::string name = row.name();
+    std::optional<std::uint64_t> last;
+    for (const auto& clip : *clips) {
+        const auto& ours = static_cast<const TimelineInstance&>(*clip);
+        if (!ours.isTold()) {
+            continue;
+        }
+        const auto number = ours.toldWith(name);
+        if (!number) {
+            return std::nullopt;
+        }
+        last = std::max(last, number);
+    }
+    return last;
 }
 
 bool Timeline::recolorRow(const std::string& rowId, Base::Color color) {

@@ -52,6 +52,7 @@ Timeline::appendRemoteInstance(const std::string& code, const std::string& exter
         options_.makeId(), row, ClipValues(startTime, endTime, notes), ++lastOrder_, true);
     instance->writeExternalId(externalId);
     instance->arrivedAfter_ = lastEditNumber_;
+    instance->tellCode(code, 0);
     byExternalId_[externalId].push_back(&instanceLog_.add(instance, count));
     row->append(instance);
     finishChange(count);
@@ -83,10 +84,9 @@ std::shared_ptr<TimelineInstance> Timeline::updateRemoteInstance(const std::stri
 
 void Timeline::forgetEdits(const std::string& instanceId, const EditNumbers& taken) {
     if (const auto instance = findInstance(instanceId)) {
-        EditNumbers numbers = instance->editNumbers();
-        numbers.times = std::min(numbers.times, taken.times);
-        numbers.notes = std::min(numbers.notes, taken.notes);
-        instance->setEditNumbers(numbers);
+        const EditNumbers numbers = instance->editNumbers();
+        instance->setEditNumber(&EditNumbers::times, std::min(numbers.times, taken.times));
+        instance->setEditNumber(&EditNumbers::notes, std::min(numbers.notes, taken.notes));
     }
 }
 
@@ -99,8 +99,10 @@ void Timeline::beginPublishing() {
 }
 
 void Timeline::forgetMoments() {
-    instanceLog_.forEachSince(
-        0, [](const InstanceEntry& entry) { entry.object->writeExternalId(std::nullopt); });
+    instanceLog_.forEachSince(0, [](const InstanceEntry& entry) {
+        entry.object->writeExternalId(std::nullopt);
+        entry.object->tellCode(std::nullopt, 0);
+    });
     byExternalId_.clear();
 }
 
