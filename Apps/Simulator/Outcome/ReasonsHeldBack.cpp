@@ -42,6 +42,17 @@ bool wasRefusedForAClip(const History& history, const UserEdit& edit) {
     });
 }
 
+/// The answer to the clip's creation had not come, or had not named its moment, and that one had not come by itself either.
+bool wasUnnamed(const MomentHistory& moment, const Call& creation, const UserEdit& edit) {
+    if (creation.answered > edit.at) {
+        return true;
+    }
+    const bool cameBefore = std::ranges::any_of(moment.placements, [&](const Placement& placement) {
+        return placement.stay == edit.stay && placement.at < edit.at;
+    });
+    return !cameBefore && std::ranges::find(creation.answer, moment.last->id) == creation.answer.end();
+}
+
 /// A clip of the row was on its way to the cloud for the first time, and has the old name there.
 bool hasAnUnnamedClip(const History& history, const UserEdit& edit) {
     return std::ranges::any_of(history.moments, [&](const auto& entry) {
@@ -51,8 +62,16 @@ bool hasAnUnnamedClip(const History& history, const UserEdit& edit) {
             return false;
         }
         const Call* creation = creationOf(history, moment);
-        return creation != nullptr && creation->stay == edit.stay && creation->answered > edit.at &&
+        return creation != nullptr && creation->stay == edit.stay && wasUnnamed(moment, *creation, edit) &&
                hadCode(moment, edit.oldName);
+    });
+}
+
+/// A clip of the row was brought back after the renaming, while its deletion was on its way: it is on the row, and cannot be written.
+bool wasBroughtBackOnTheRow(const History& history, const UserEdit& renaming) {
+    return std::ranges::any_of(history.edits, [&](const UserEdit& edit) {
+        return edit.kind == EditKind::restoreClip && edit.stay == renaming.stay && edit.at > renaming.at &&
+               edit.row == renaming.row && wasTakenAwayAgain(history, edit, edit.clips.front());
     });
 }
 
@@ -64,6 +83,9 @@ Reason whyNameIsHeldBack(const History& history, const UserEdit& renaming) {
     }
     if (hasAnUnnamedClip(history, renaming)) {
         return LossClass::renamedMeanwhile;
+    }
+    if (wasBroughtBackOnTheRow(history, renaming)) {
+        return LossClass::takenAwayAgain;
     }
     return hasAClipOfNoMoment(history.stays[renaming.stay], renaming) ? Reason(LossClass::deletedWhileAway)
                                                                       : std::nullopt;
