@@ -41,6 +41,32 @@ bool missedTheLastList(const History& history, const StayHistory& stay, std::siz
     return found != stay.arrivals.rend() && hadNoTarget(history, stay, found->at);
 }
 
+/// The row was kept for a clip that nobody else has, and that was deleted when the last list had come.
+Reason whyKeptForAClip(const History& history, const StayHistory& stay, const Loss& loss) {
+    const auto list = std::find_if(stay.arrivals.rbegin(), stay.arrivals.rend(),
+                                   [&](const Arrival& arrival) { return bringsAList(stay, arrival); });
+    if (list == stay.arrivals.rend()) {
+        return std::nullopt;
+    }
+    for (const UserEdit& removal : history.edits) {
+        if (removal.kind != EditKind::removeClip || removal.timelineId != stay.stay->timelineId ||
+            removal.name != loss.row || removal.at < list->at) {
+            continue;
+        }
+        const auto tag = std::ranges::find_if(history.edits, [&](const UserEdit& edit) {
+            return edit.kind == EditKind::tag && edit.timelineId == removal.timelineId &&
+                   edit.clips == removal.clips;
+        });
+        if (tag == history.edits.end()) {
+            continue;
+        }
+        if (const Reason reason = whyNotSent(history, *tag, removal.clips.front())) {
+            return reason;
+        }
+    }
+    return std::nullopt;
+}
+
 bool savedTheList(const History& history, const StayHistory& stay, const Upload& upload) {
     return std::ranges::any_of(stay.calls, [&](std::size_t number) {
         const Call& call = history.calls[number];
@@ -136,6 +162,9 @@ Reason whyRowDiffers(const History& history, const Loss& loss) {
         if (const Reason reason = whyFirstListWasNotSent(history, loss)) {
             return reason;
         }
+        if (const Reason reason = whyKeptForAClip(history, stay, loss)) {
+            return reason;
+        }
     }
     if (loss.kind == LossKind::rowMissing && followedAClip(history, stay, loss)) {
         return LossClass::renamedMeanwhile;
@@ -164,12 +193,16 @@ Reason whyRowEditIsLost(const History& history, const Loss& loss) {
     if (wasClosedBeforeTheList(history, *loss.edit)) {
         return LossClass::left;
     }
-    for (const std::size_t index : stay.edits) {
-        const UserEdit& renaming = history.edits[index];
-        if (!waitsForRenaming(*loss.edit, renaming)) {
+    for (const UserEdit& renaming : history.edits) {
+        const bool wasDoneWhileJoining =
+            renaming.stay == never && stay.joining < renaming.at && renaming.at < stay.stay->from;
+        if ((!wasDoneWhileJoining && renaming.stay != loss.edit->stay) ||
+            !waitsForRenaming(*loss.edit, renaming)) {
             continue;
         }
-        if (const Reason reason = whyNameIsHeldBack(history, renaming)) {
+        // Nothing writes the row's clips with a name that it got before the session was there.
+        if (const Reason reason =
+                wasDoneWhileJoining ? whyNotSent(history, renaming) : whyNameIsHeldBack(history, renaming)) {
             return reason;
         }
     }
