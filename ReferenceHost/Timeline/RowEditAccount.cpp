@@ -88,6 +88,8 @@ void RowEditAccount::areSaved(const std::string& sessionId, const RowEdits& edit
 void RowEditAccount::enterSession() {
     synchronized(lock_, [&] {
         std::erase_if(entries_, [&](const Entry& entry) { return entry.edit.number > lastInSession_; });
+        // A session that this timeline was not in yet has nothing to do with what was done in others.
+        lastBeforePublishing_ = std::max(lastBeforePublishing_, lastInSession_);
     });
 }
 

@@ -27,7 +27,8 @@ public:
     [[nodiscard]] RowEdits unsaved(const std::string& sessionId);
     void areSaved(const std::string& sessionId, const RowEdits& edits);
 
-    /// What is done between two sessions, after the edit of this number, is not saved in the second: its list comes first.
+    /// What is done between two sessions, after the edit of this number, is not saved in the second: its list comes first. Nor is
+    /// what was done before, when the second is another one.
     void leaveSession(std::uint64_t lastEdit) { lastInSession_ = lastEdit; }
     void enterSession();
 
