@@ -20,7 +20,9 @@ const std::vector<LossClassText>& lossClassTexts() {
         {LossClass::takenForKnown, "row not listed",
          "A new or renamed row was sent with a clip while somebody else's change was coming in: its clips "
          "are there for all, and the "
-         "list does not name it until it is changed again."},
+         "list does not name it until it is changed again. Or a new row was renamed while it was being "
+         "listed: the "
+         "others know it by its first name."},
         {LossClass::broughtBackTwice, "brought back twice",
          "Two analysts deleted the same clip, and both took it back: it is there twice."},
         {LossClass::neverFetched, "never fetched",

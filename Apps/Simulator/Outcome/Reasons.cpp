@@ -82,6 +82,9 @@ Reason whyNotRenamed(const History& history, const Loss& loss) {
         if (wasUnnamed(history, moment, edit)) {
             return LossClass::renamedMeanwhile;
         }
+        if (wasRenamedWhileListed(history, edit)) {
+            return LossClass::takenForKnown;
+        }
         Loss missing;
         missing.kind = LossKind::clipMissing;
         missing.stay = edit.stay;

@@ -24,6 +24,10 @@ using Reason = std::optional<LossClass>;
 /// The shared list does not have this edit, though it was sent.
 [[nodiscard]] Reason whyRowEditIsLost(const History& history, const Loss& loss);
 
+/// A new row was renamed while the upload that was to list it ran, and the new name went out before that had ended: it was not known
+/// yet which name the cloud had been told, so that the row did not count as renamed.
+[[nodiscard]] bool wasRenamedWhileListed(const History& history, const UserEdit& renaming);
+
 /// The timeline could not be edited at that entry.
 [[nodiscard]] bool hadNoTarget(const History& history, const StayHistory& stay, std::size_t at);
 

@@ -148,6 +148,27 @@ bool followedAClip(const History& history, const StayHistory& stay, const Loss& 
 
 }  // namespace
 
+bool wasRenamedWhileListed(const History& history, const UserEdit& renaming) {
+    if (renaming.kind != EditKind::renameRow || renaming.stay == never) {
+        return false;
+    }
+    const auto& uploads = history.stays[renaming.stay].uploads;
+    return std::ranges::any_of(history.edits, [&](const UserEdit& birth) {
+        const bool isBirth = birth.kind == EditKind::addRow || birth.kind == EditKind::restoreRow;
+        return isBirth && birth.stay == renaming.stay && birth.row == renaming.row &&
+               std::ranges::any_of(uploads, [&](const Upload& listing) {
+                   return listing.covers(birth.count) && listing.start < renaming.at &&
+                          renaming.at < listing.end &&
+                          std::ranges::any_of(
+                              uploads,
+                              [&](const Upload& upload) {
+                                  return upload.covers(renaming.count) && renaming.at < upload.start &&
+                                         upload.start < listing.end;
+                              });
+               });
+    });
+}
+
 Reason whyRowDiffers(const History& history, const Loss& loss) {
     const StayHistory& stay = history.stays[loss.stay];
     if (const UserEdit* edit = lastRowEdit(history, loss)) {
@@ -187,7 +208,7 @@ Reason whyRowDiffers(const History& history, const Loss& loss) {
 Reason whyRowEditIsLost(const History& history, const Loss& loss) {
     const StayHistory& stay = history.stays[loss.edit->stay];
     if ((loss.kind == LossKind::newRowLost || loss.kind == LossKind::renameLost) &&
-        wasTakenForKnown(history, *loss.edit)) {
+        (wasTakenForKnown(history, *loss.edit) || wasRenamedWhileListed(history, *loss.edit))) {
         return LossClass::takenForKnown;
     }
     if (wasClosedBeforeTheList(history, *loss.edit)) {
