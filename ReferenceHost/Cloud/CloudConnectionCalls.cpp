@@ -101,11 +101,13 @@ void CloudConnection::arrive(const std::shared_ptr<PendingCall>& call, std::uint
         call->fail(requestFailed());
     } else if (!isRepetition) {
         call->perform(service_, fault);
-        if (isWrite(call->info.operation)) {
-            call->lastSequence = service_.lastSequence(call->info.sessionId);
-        }
+        const std::uint64_t sequence =
+            isWrite(call->info.operation) ? service_.lastSequence(call->info.sessionId) : 0;
         recordEffect(*call);
-        Base::synchronized(lock_, [&] { call->isPerformed = true; });
+        Base::synchronized(lock_, [&] {
+            call->isPerformed = true;
+            call->lastSequence = sequence;
+        });
     }
     if (fault.kind == Fault::Kind::failAfterEffect) {
         Base::synchronized(lock_, [&] { forgetFetches(*call); });

@@ -33,8 +33,8 @@ namespace RemoteCoding {
 /// network calls of an upload, the creation of a tagging session and the opening of the subscription run in the
 /// background. Objects are made by `make` and destroyed on the main thread.
 ///
-/// Ownership: blocks, uploads and the handlers of an open subscription hold the synchroniser; the throttler and the
-/// notification centre do not. `cancelSyncing` lets go of the subscription.
+/// Ownership: blocks, uploads and the handlers of an open subscription hold the synchroniser; the throttler, the block that it
+/// queues and the notification centre do not. `cancelSyncing` lets go of the subscription.
 ///
 /// Its subjects stand in files of their own: TimelineUploadService.ChangeDetection.cpp, .Upload.cpp, .RemoteChanges.cpp,
 /// .PresentationView.cpp, .Subscription.cpp, .Pull.cpp; its lifecycle and its queue in TimelineUploadService.cpp.
