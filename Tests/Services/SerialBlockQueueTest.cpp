@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <stdexcept>
 #include <string>
 
@@ -46,6 +47,18 @@ TEST_F(SerialBlockQueueTest, RunsAnIdleQueuesBlockAtOnceAndTheOthersInTheirOrder
     EXPECT_FALSE(queue.isRunningSerialBlockOperation());
     submitBrief("D");
     EXPECT_EQ(order, "1ABCD");
+}
+
+TEST_F(SerialBlockQueueTest, ABlockWhoseSubjectIsGoneCountsAsEnded) {
+    auto gone = std::make_shared<int>(0);
+    const auto kept = std::make_shared<int>(0);
+    submitOpen("1");
+    queue.runBlockSerially(gone, [this] { order += "gone"; }, SynchronisationBlock::upload);
+    queue.runBlockSerially(kept, [this] { order += "K"; }, SynchronisationBlock::upload);
+    gone.reset();
+    queue.runNextBlock();
+    EXPECT_EQ(order, "1K");
+    EXPECT_TRUE(queue.isRunningSerialBlockOperation());
 }
 
 TEST_F(SerialBlockQueueTest, ABlockSubmittedByARunningOneWaitsBehindThoseThatWaited) {

@@ -9,7 +9,14 @@ SerialBlockQueue::SerialBlockQueue(std::string timelineId, SynchronisationObserv
     : timelineId_(std::move(timelineId)), observer_(observer), failed_(std::move(failed)) {}
 
 void SerialBlockQueue::runBlockSerially(Block block, SynchronisationBlock kind) {
-    Entry entry{std::move(block), kind, ++submitted_};
+    submit(Entry{std::move(block), kind, ++submitted_});
+}
+
+void SerialBlockQueue::runBlockSerially(std::weak_ptr<void> subject, Block block, SynchronisationBlock kind) {
+    submit(Entry{std::move(block), kind, ++submitted_, std::move(subject)});
+}
+
+void SerialBlockQueue::submit(Entry entry) {
     if (isRunningSerialBlockOperation_) {
         queuedSerialBlockOperations_.push_front(std::move(entry));
         return;
@@ -50,8 +57,13 @@ void SerialBlockQueue::execute(const Entry& entry) {
         observer_->blockDidStart(timelineId_, entry.number, entry.kind);
     }
     ++blocksOnStack_;
+    const std::shared_ptr<void> subject = entry.subject ? entry.subject->lock() : nullptr;
     try {
-        entry.block();
+        if (entry.subject && !subject) {
+            runNextBlock();
+        } else {
+            entry.block();
+        }
     } catch (...) {
         failed_(std::current_exception());
         if (current_ == entry.number) {

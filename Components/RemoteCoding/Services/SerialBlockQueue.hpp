@@ -7,6 +7,7 @@
 #include <deque>
 #include <exception>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -29,6 +30,10 @@ public:
     /// Runs the block before it returns when nothing runs, else queues it.
     void runBlockSerially(Block block, SynchronisationBlock kind);
 
+    /// The same for a block that works on `subject` and does not own it: when its turn comes and `subject` is gone, it
+    /// counts as ended without having run; else `subject` is held while its code runs.
+    void runBlockSerially(std::weak_ptr<void> subject, Block block, SynchronisationBlock kind);
+
     /// Ends the running block and runs the oldest waiting one. Harmless when nothing runs.
     void runNextBlock();
 
@@ -43,7 +48,11 @@ private:
         Block block;
         SynchronisationBlock kind;
         std::uint64_t number;
+        std::optional<std::weak_ptr<void>>
+            subject{};  ///< beside the block, whose captures would else be allocated
     };
+
+    void submit(Entry entry);
 
     void run(Entry entry);
     void execute(const Entry& entry);

@@ -122,11 +122,13 @@ TimelineUploadService::createTaggingSessionAndStart(std::shared_ptr<TimelineUplo
     }
 }
 
-// The block does not hold the synchroniser: a change that nobody is left to upload is not worth keeping it, and the queue, a
-// member, runs no block once it is gone. Whoever runs a block holds the synchroniser, and so does an upload that has started.
+// The block holds the synchroniser weakly: a change that nobody is left to upload is not worth keeping it. An upload that has
+// started holds it.
 void TimelineUploadService::queueUpload() {
-    runBlockSerially([this] { updateTaggingSession([this](bool) { runNextBlock(); }); },
-                     SynchronisationBlock::upload);
+    checkIsMainThread("runBlockSerially(_:)");
+    queue_.runBlockSerially(
+        weak_from_this(), [this] { updateTaggingSession([this](bool) { runNextBlock(); }); },
+        SynchronisationBlock::upload);
 }
 
 void TimelineUploadService::cancelSyncing() {
