@@ -169,4 +169,45 @@ TEST(CloudHistory, FollowsFromTheAcceptedCallsAndReachesEverySubscriber) {
     EXPECT_GT(renewals, 20) << "The links hardly dropped: the test has lost its point.";
 }
 
+TEST(CloudHistory, WhatATimelineWasNamesAndSavesNothingOnceItIsPublishedAnewOrClosed) {
+    VirtualTime time(1);
+    VirtualScheduler scheduler(time);
+    Trace trace([&] { return time.now(); });
+    CloudService cloud(scheduler);
+    Client ann("Ann", time, cloud, trace);
+    const auto create = [&](const char* videoId, const std::string& session, const Instances& clips) {
+        auto ids = std::make_shared<std::vector<std::string>>();
+        ann.service->createMoments(team, videoId, session, ann.timeline->uniqueId(),
+                                   std::make_shared<Instances>(clips),
+                                   [ids](const auto& answer) { *ids = answer.value(); });
+        return ids;
+    };
+    const std::string former = cloud.createTaggingSession(team, video, "Ann");
+    const Instances clips{ann.timeline->addInstance(ann.timeline->addRow("Shot", {})->uniqueId(), 1, 2)};
+    const auto late = create(video, former, clips);
+    ann.timeline->beginPublishing();
+    time.runFor(Base::Seconds(10));
+    EXPECT_EQ(cloud.snapshot(former)->moments.size(), 1U);
+    EXPECT_TRUE(late->empty());
+    ann.service = ann.host.cloudClient().syncLibrary().makeTaggingSessionService();
+    const std::string session = cloud.createTaggingSession(team, "another video", "Ann");
+    const auto ids = create("another video", session, clips);
+    const auto id = ann.timeline->uniqueId();
+    const auto save = [&](RemoteCoding::RowList rows) {
+        ann.service->savePresentationView(team, "another video", session, id, "", std::move(rows),
+                                          [](const auto&) {});
+        time.runFor(Base::Seconds(10));
+        return cloud.snapshot(session)->presentationView->size();
+    };
+    EXPECT_EQ(save(ann.timeline->allRows()), 1U);
+    EXPECT_EQ(ids->size(), 1U);
+
+    ann.timeline->addRow("Pass", {});
+    const auto rows = ann.timeline->allRows();
+    ann.host.closeTimeline(id);
+    ann.timeline.reset();
+    EXPECT_EQ(save(rows), 1U)
+        << "Others may have changed the list, and the closed timeline knows of no edit.";
+}
+
 }  // namespace
