@@ -139,7 +139,8 @@ Reason whyRenamedWithout(const History& history, const MomentHistory& moment, co
     for (const auto* change : moment.changes) {
         const std::string_view code = codeIn(*change, moment);
         const std::string_view before = std::exchange(old, code);
-        if (before.empty() || before == code || isIn(*change, other)) {
+        const bool isFirst = change == moment.changes.front();
+        if (isFirst || before == code || (isIn(*change, other) && codeIn(*change, other) == code)) {
             continue;
         }
         if (const Reason reason = RenamedWithout(history, moment, other, seen).why(*change, before)) {
