@@ -138,12 +138,12 @@ void CloudTaggingSessionService::savePresentationView(const std::string& teamId,
         edits = RowEdits();  // of a timeline that has been closed: its list is not everybody's
     }
     if (timeline && edits) {
-        edits = timeline->rowEdits().unsaved(taggingSessionId);
-        completion = [completion = std::move(completion), timeline = std::weak_ptr(timeline),
-                      taggingSessionId, edits = *edits](Base::Result<std::string> saved) {
+        edits = timeline->rowEdits().unsaved(videoId);
+        completion = [completion = std::move(completion), timeline = std::weak_ptr(timeline), videoId,
+                      edits = *edits](Base::Result<std::string> saved) {
             const auto current = saved.succeeded() ? timeline.lock() : nullptr;
             if (current) {
-                current->rowEdits().areSaved(taggingSessionId, edits);
+                current->rowEdits().areSaved(videoId, edits);
             }
             completion(std::move(saved));
         };

@@ -37,12 +37,12 @@ bool RowEditAccount::mustWait(const Entry& entry) {
            });
 }
 
-RowEdits RowEditAccount::unsaved(const std::string& sessionId) {
+RowEdits RowEditAccount::unsaved(const std::string& videoId) {
     const auto entries = synchronized(lock_, [&] {
-        const auto beginning = beginnings_.try_emplace(sessionId, lastBeforePublishing_).first->second;
+        const auto beginning = beginnings_[videoId];
         std::vector<Entry> unsaved;
         std::ranges::copy_if(entries_, std::back_inserter(unsaved), [&](const Entry& entry) {
-            return entry.edit.number > beginning && !entry.savedIn.contains(sessionId);
+            return entry.edit.number > beginning && !entry.savedIn.contains(videoId);
         });
         return unsaved;
     });
@@ -75,26 +75,26 @@ RowEdits RowEditAccount::unsaved(const std::string& sessionId) {
     return edits;
 }
 
-void RowEditAccount::areSaved(const std::string& sessionId, const RowEdits& edits) {
+void RowEditAccount::areSaved(const std::string& videoId, const RowEdits& edits) {
     synchronized(lock_, [&] {
         for (Entry& entry : entries_) {
             if (std::ranges::find(edits, entry.edit.number, &RowEdit::number) != edits.end()) {
-                entry.savedIn.insert(sessionId);
+                entry.savedIn.insert(videoId);
             }
         }
     });
 }
 
-void RowEditAccount::enterSession() {
+void RowEditAccount::enterSession(const std::string& videoId) {
     synchronized(lock_, [&] {
         std::erase_if(entries_, [&](const Entry& entry) { return entry.edit.number > lastInSession_; });
         // A session that this timeline was not in yet has nothing to do with what was done in others.
-        lastBeforePublishing_ = std::max(lastBeforePublishing_, lastInSession_);
+        beginnings_.try_emplace(videoId, lastInSession_);
     });
 }
 
-void RowEditAccount::publish(std::uint64_t lastEdit) {
-    synchronized(lock_, [&] { lastBeforePublishing_ = lastEdit; });
+void RowEditAccount::publish(const std::string& videoId, std::uint64_t lastEdit) {
+    synchronized(lock_, [&] { beginnings_.insert_or_assign(videoId, lastEdit); });
 }
 
 }  // namespace ReferenceHost

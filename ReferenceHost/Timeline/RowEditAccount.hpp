@@ -14,8 +14,8 @@ namespace ReferenceHost {
 
 class TimelineRow;
 
-/// What the user of one timeline has done to its list of rows, and which sessions it was saved in. An earlier session may still be
-/// saving its last list while the next one begins. Any thread.
+/// What the user of one timeline has done to its list of rows, and which sessions it was saved in. Sessions are named by their videos.
+/// An earlier one may still be saving its last list while the next one begins, or the same one again. Any thread.
 class RowEditAccount {
 public:
     /// `above`: the row above it afterwards; null: it is the first.
@@ -24,16 +24,16 @@ public:
     /// Those that can be saved in this session and are not, in order. A row's new name, and what was done to the row afterwards, can
     /// be saved when the moments of the row's clips have been written with it: whoever gets the list before them takes the row for a
     /// new one. Another row that has got its former name waits with it: in the list that name is still the first row's.
-    [[nodiscard]] RowEdits unsaved(const std::string& sessionId);
-    void areSaved(const std::string& sessionId, const RowEdits& edits);
+    [[nodiscard]] RowEdits unsaved(const std::string& videoId);
+    void areSaved(const std::string& videoId, const RowEdits& edits);
 
     /// What is done between two sessions, after the edit of this number, is not saved in the second: its list comes first. Nor is
     /// what was done before, when the second is another one.
     void leaveSession(std::uint64_t lastEdit) { lastInSession_ = lastEdit; }
-    void enterSession();
+    void enterSession(const std::string& videoId);
 
     /// A new session begins with the list as it is after the edit of this number.
-    void publish(std::uint64_t lastEdit);
+    void publish(const std::string& videoId, std::uint64_t lastEdit);
 
 private:
     struct Entry {
@@ -49,7 +49,6 @@ private:
     Base::ObjectLock lock_;  // of the rest
     std::deque<Entry> entries_;
     std::map<std::string, std::uint64_t> beginnings_;  // by session: its list began after this edit
-    std::uint64_t lastBeforePublishing_ = 0;
 };
 
 }  // namespace ReferenceHost

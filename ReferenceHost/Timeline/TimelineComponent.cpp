@@ -52,38 +52,39 @@ Base::Result<void> TimelineComponent::openLiveShareWithShareFiles(
     if (shareFiles.empty()) {
         return Base::failure<void>(Base::DescribedError("There is no file to open"));
     }
-    const auto& title = shareFiles.front().video.name;
+    const auto& shared = shareFiles.front().video;
     if (liveShares.completesInsideCall) {
-        liveShareIsOpen(title, liveShares, completionHandler);
+        liveShareIsOpen(shared, liveShares, completionHandler);
         return {};
     }
     execution_.postToMainAfter(liveShares.openingTime,
-                               [weakSelf = weak_from_this(), title, behaviour = liveShares,
+                               [weakSelf = weak_from_this(), shared, behaviour = liveShares,
                                 completionHandler = std::move(completionHandler)] {
                                    if (const auto self = weakSelf.lock()) {
-                                       self->liveShareIsOpen(title, behaviour, completionHandler);
+                                       self->liveShareIsOpen(shared, behaviour, completionHandler);
                                    }
                                });
     return {};
 }
 
 void TimelineComponent::liveShareIsOpen(
-    const std::string& title, const LiveShareBehaviour& behaviour,
+    const RemoteCoding::SharedVideo& shared, const LiveShareBehaviour& behaviour,
     const std::function<void(std::optional<std::string>)>& completionHandler) {
     if (!behaviour.completes) {
         return;
     }
-    auto videoId = behaviour.completesWithoutId ? std::nullopt : reopenLiveShare(behaviour.onTimeline);
+    auto videoId =
+        behaviour.completesWithoutId ? std::nullopt : reopenLiveShare(shared, behaviour.onTimeline);
     if (!behaviour.completesWithoutId && !videoId) {
         videoId = makeId_();
         if (behaviour.opensTimeline && behaviour.timelineLag > Base::Seconds(0)) {
-            execution_.postToMainAfter(behaviour.timelineLag, [weakSelf = weak_from_this(), title, videoId] {
+            execution_.postToMainAfter(behaviour.timelineLag, [weakSelf = weak_from_this(), shared, videoId] {
                 if (const auto self = weakSelf.lock()) {
-                    self->openLiveShare(title, *videoId);
+                    self->openLiveShare(shared, *videoId);
                 }
             });
         } else if (behaviour.opensTimeline) {
-            openLiveShare(title, *videoId);
+            openLiveShare(shared, *videoId);
         }
     }
     if (behaviour.completesInBackground) {
@@ -93,16 +94,17 @@ void TimelineComponent::liveShareIsOpen(
     }
 }
 
-void TimelineComponent::openLiveShare(const std::string& title, const std::string& videoId) {
-    openTimeline(title, videoId);
+void TimelineComponent::openLiveShare(const RemoteCoding::SharedVideo& shared, const std::string& videoId) {
+    openTimeline(shared.name, videoId)->enterSession(shared.identifier);
     open_.back().showsLiveShare = true;
 }
 
-std::optional<std::string> TimelineComponent::reopenLiveShare(const std::optional<std::string>& timelineId) {
+std::optional<std::string> TimelineComponent::reopenLiveShare(const RemoteCoding::SharedVideo& shared,
+                                                              const std::optional<std::string>& timelineId) {
     for (Open& open : open_) {
         if (open.timeline->uniqueId() == timelineId) {
             open.showsLiveShare = true;
-            open.timeline->enterSession();
+            open.timeline->enterSession(shared.identifier);
             return open.timeline->videoId();
         }
     }
@@ -200,9 +202,9 @@ void TimelineComponent::completeLiveShare(const std::string& timelineId) {
         Notification(TimelineNotifications::liveShareDidComplete, nullptr, {{"timelineId", timelineId}}));
 }
 
-void TimelineComponent::beginPublishing() {
+void TimelineComponent::beginPublishing(const std::string& videoId) {
     if (const auto timeline = capturingTimelineId_ ? findTimeline(*capturingTimelineId_) : nullptr) {
-        timeline->beginPublishing();
+        timeline->beginPublishing(videoId);
     }
 }
 

@@ -92,10 +92,10 @@ void Timeline::forgetEdits(const std::string& instanceId, const EditNumbers& tak
 
 void Timeline::leaveSession() { rowEdits_.leaveSession(lastEditNumber_); }
 
-void Timeline::beginPublishing() {
+void Timeline::beginPublishing(const std::string& videoId) {
     timesPublished_.fetch_add(1, std::memory_order_acq_rel);
     forgetMoments();
-    rowEdits_.publish(lastEditNumber_);
+    rowEdits_.publish(videoId, lastEditNumber_);
 }
 
 void Timeline::forgetMoments() {

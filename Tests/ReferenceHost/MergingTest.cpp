@@ -196,14 +196,18 @@ TEST_F(UserEditsTest, ARowsNewNameWaitsUntilTheClipsThatWereOnItAreWrittenWithIt
 
 TEST_F(UserEditsTest, ASessionIsSavedNothingThatWasDoneBeforeItAndTheNextOneNothingDoneBetween) {
     (void)add("Shot");
-    timeline->beginPublishing();
+    timeline->beginPublishing("one");
     (void)add("Pass");
     EXPECT_EQ(unsaved(), "Pass<Shot");
     timeline->leaveSession();
     (void)add("Goal");
-    timeline->enterSession();
+    timeline->enterSession("one");
     (void)add("Corner");
-    EXPECT_EQ(unsaved(), "Pass<Shot Corner<Goal");
+    timeline->leaveSession();
+    timeline->enterSession("two");
+    (void)add("Foul");
+    EXPECT_EQ(unsaved("two"), "Foul<Corner");
+    EXPECT_TRUE(unsaved().starts_with("Pass<Shot Corner<Goal")) << "The first one was not saved in time.";
 }
 
 TEST_F(UserEditsTest, WhatIsReceivedLeavesAsItIsWhatTheUserHasSetSince) {
