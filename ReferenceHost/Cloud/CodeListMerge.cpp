@@ -39,7 +39,7 @@ void apply(const RowEdit& edit, Codes& codes) {
         codes.erase(row);
         break;
     case Kind::rename:
-        if (find(codes, edit.name) == codes.end()) {
+        if (edit.name == edit.oldName || find(codes, edit.name) == codes.end()) {
             row->name = edit.name;
         } else {
             codes.erase(row);  // somebody else has made a row of that name

@@ -28,6 +28,19 @@ void RowEditAccount::add(RowEdit edit, std::shared_ptr<const TimelineRow> row,
     });
 }
 
+void RowEditAccount::follow(const TimelineRow& row, const std::string& oldName, const std::string& newName) {
+    synchronized(lock_, [&] {
+        for (Entry& entry : entries_) {
+            if (entry.row.get() == &row && entry.edit.name == oldName) {
+                entry.edit.name = newName;
+            }
+            if (entry.above.get() == &row && entry.edit.above == oldName) {
+                entry.edit.above = newName;
+            }
+        }
+    });
+}
+
 bool RowEditAccount::mustWait(const Entry& entry) {
     const auto clips = entry.row->allInstances();
     return entry.edit.kind == RowEdit::Kind::rename && std::ranges::any_of(*clips, [&](const auto& clip) {

@@ -21,6 +21,9 @@ public:
     /// `above`: the row above it afterwards; null: it is the first.
     void add(RowEdit edit, std::shared_ptr<const TimelineRow> row, std::shared_ptr<const TimelineRow> above);
 
+    /// Somebody else has given the row another name: what is not saved yet is saved with that one.
+    void follow(const TimelineRow& row, const std::string& oldName, const std::string& newName);
+
     /// Those that can be saved in this session and are not, in order. A row's new name, and what was done to the row afterwards, can
     /// be saved when the moments of the row's clips have been written with it: whoever gets the list before them takes the row for a
     /// new one. Another row that has got its former name waits with it: in the list that name is still the first row's.

@@ -70,6 +70,7 @@ bool Timeline::renameRow(const std::string& rowId, const std::string& name) {
         rememberEdit(RowEdit::Kind::rename, *entry->object, oldName);
         entry->object->setNameEditNumber(editOfToldName(*entry->object).value_or(lastEditNumber_));
     } else {
+        rowEdits_.follow(*entry->object, oldName, name);
         const auto clips = entry->object->allInstances();
         for (const auto& clip : *clips) {
             auto& ours = static_cast<TimelineInstance&>(*clip);

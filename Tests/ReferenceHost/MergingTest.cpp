@@ -54,6 +54,7 @@ TEST(CodeListMerge, MakesAnEditWhereOthersHaveChangedTheListMeanwhile) {
         {{edit(Kind::rename, "D*", "A", "B")}, "A D C"},
         {{edit(Kind::rename, "C", "A", "B")}, "A C"},           // somebody has made a row of that name
         {{edit(Kind::rename, "D*", "A", "gone")}, "A D* B C"},  // what is edited is wanted
+        {{edit(Kind::rename, "B", "A", "B")}, "A B C"},         // somebody has given it its name back
         {{edit(Kind::rename, "C*", "A", "gone")}, "A B C"},
         {{edit(Kind::recolor, "B*", "A")}, "A B* C"},
         {{edit(Kind::recolor, "D*", "B")}, "A B D* C"},
@@ -189,9 +190,12 @@ TEST_F(UserEditsTest, ARowsNewNameWaitsUntilTheClipsThatWereOnItAreWrittenWithIt
 
     save();
     timeline->renameRow(shot, "Score");
-    EXPECT_EQ(unsaved(), "");
+    timeline->addRow("Foul", grey, 1);
+    EXPECT_EQ(unsaved(), "Foul<Goal");
+    timeline->codingTarget()->setRowNameWithRowNum(0, "Point");
     timeline->removeRow(shot);
-    EXPECT_EQ(unsaved(), "Score Score") << "No clip of a removed row is written.";
+    EXPECT_EQ(unsaved(), "Point Foul<Point Point")
+        << "Others have renamed it since; and no clip of a removed row is written.";
 }
 
 TEST_F(UserEditsTest, ASessionIsSavedNothingThatWasDoneBeforeItAndTheNextOneNothingDoneBetween) {
