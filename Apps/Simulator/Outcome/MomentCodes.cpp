@@ -35,6 +35,22 @@ const Call* callOf(const History& history, const SessionHistory* session, std::u
     return found != history.calls.end() ? &*found : nullptr;
 }
 
+bool wasSentWithoutRow(const History& history, const MomentHistory& moment) {
+    const auto isWithoutRow = [&](const Call* call) {
+        return call != nullptr &&
+               std::ranges::any_of(call->accepted->drafts, [&](const ReferenceHost::MomentDraft& draft) {
+                   return (draft.instanceId == moment.last->originInstanceId ||
+                           draft.externalId == moment.last->id) &&
+                          !draft.code;
+               });
+    };
+    return isWithoutRow(creationOf(history, moment)) ||
+           (moment.last->code.empty() &&
+            std::ranges::any_of(moment.changes, [&](const ReferenceHost::RemoteChange* change) {
+                return isWithoutRow(callOf(history, moment.session, change->sequence));
+            }));
+}
+
 bool isLeftOnItsRow(const History& history, const Placement& placement) {
     const auto& record = history.entry(placement.at);
     for (std::size_t at = placement.at + 1; at < history.record.trace.size(); ++at) {

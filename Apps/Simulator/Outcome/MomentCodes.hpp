@@ -21,6 +21,9 @@ namespace Simulator {
 [[nodiscard]] const Call* callOf(const History& history, const SessionHistory* session,
                                  std::uint64_t sequence);
 
+/// The clip that its author's timeline handed out knew of no row, or somebody's that is of no row now.
+[[nodiscard]] bool wasSentWithoutRow(const History& history, const MomentHistory& moment);
+
 /// A row of the moment's new code was there, so that its clip stayed on its own.
 [[nodiscard]] bool isLeftOnItsRow(const History& history, const Placement& placement);
 
@@ -32,6 +35,13 @@ namespace Simulator {
 /// did not know of the name, or the other could not be written. `seen` has the stays that are being explained by it.
 [[nodiscard]] Reason whyRenamedWithout(const History& history, const MomentHistory& moment,
                                        const MomentHistory& other, const std::vector<std::size_t>& seen);
+
+/// Whoever has renamed the clip's row did not have the clip on it.
+[[nodiscard]] Reason whyNotRenamed(const History& history, const Loss& loss);
+
+/// The clip's row was given a name that its moment was not given: by its user, or because it followed another moment.
+[[nodiscard]] Reason whyNamedOtherwise(const History& history, const Loss& loss,
+                                       const std::vector<std::size_t>& seen);
 
 /// The new name is not saved before all clips of the row have been written with it, and one was not.
 [[nodiscard]] Reason whyNameIsHeldBack(const History& history, const UserEdit& renaming);

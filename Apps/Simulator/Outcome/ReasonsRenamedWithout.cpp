@@ -131,6 +131,22 @@ private:
     const UserEdit* edit_ = nullptr;
 };
 
+/// The clip's own timeline did not know yet, at that entry, that the moment stands for it.
+bool wasUnnamed(const History& history, const MomentHistory& moment, const UserEdit& edit) {
+    const StayHistory& stay = history.stays[edit.stay];
+    const std::string& id = moment.last->id;
+    return edit.timelineId == moment.last->originTimelineId &&
+           std::ranges::none_of(stay.calls,
+                                [&](std::size_t number) {
+                                    const Call& call = history.calls[number];
+                                    return call.answered < edit.at &&
+                                           std::ranges::find(call.answer, id) != call.answer.end();
+                                }) &&
+           std::ranges::none_of(moment.placements, [&](const Placement& placement) {
+               return placement.stay == edit.stay && placement.at < edit.at;
+           });
+}
+
 }  // namespace
 
 Reason whyRenamedWithout(const History& history, const MomentHistory& moment, const MomentHistory& other,
@@ -144,6 +160,33 @@ Reason whyRenamedWithout(const History& history, const MomentHistory& moment, co
             continue;
         }
         if (const Reason reason = RenamedWithout(history, moment, other, seen).why(*change, before)) {
+            return reason;
+        }
+    }
+    return std::nullopt;
+}
+
+Reason whyNotRenamed(const History& history, const Loss& loss) {
+    const MomentHistory& moment = *history.moment(loss.moment);
+    for (const UserEdit& edit : history.edits) {
+        if (edit.kind != EditKind::renameRow || edit.oldName != moment.last->code || edit.stay == never ||
+            history.stays[edit.stay].session != moment.session) {
+            continue;
+        }
+        if (wasReadAsDeleted(history, moment, loss.moment)) {
+            return LossClass::unreadable;
+        }
+        if (wasUnnamed(history, moment, edit)) {
+            return LossClass::renamedMeanwhile;
+        }
+        if (wasRenamedWhileListed(history, edit)) {
+            return LossClass::takenForKnown;
+        }
+        Loss missing;
+        missing.kind = LossKind::clipMissing;
+        missing.stay = edit.stay;
+        missing.moment = loss.moment;
+        if (const Reason reason = whyNotArrived(history, missing)) {
             return reason;
         }
     }

@@ -2,10 +2,8 @@
 
 #include "Apps/Simulator/Outcome/MomentCodes.hpp"
 #include "Apps/Simulator/Outcome/Reasons.hpp"
-#include "Apps/Simulator/Outcome/RowNames.hpp"
 
 #include <algorithm>
-#include <utility>
 
 namespace Simulator {
 
@@ -18,10 +16,7 @@ public:
           loss_(loss),
           stay_(history.stays[loss.stay]),
           moment_(*history.moment(loss.moment)),
-          seen_(seen) {
-        const auto& clips = stay_.stay->picture.clips;
-        clip_ = &*std::ranges::find(clips, loss.clip, &ClipPicture::instanceId);
-    }
+          seen_(seen) {}
 
     Reason why() const {
         if (const Reason reason = whyOneOfTwo()) {
@@ -37,7 +32,7 @@ public:
         if (placement != nullptr && wasFirstNamedWithCode(*placement)) {
             return LossClass::renamedMeanwhile;
         }
-        if (wasSentWithoutRow(moment_)) {
+        if (wasSentWithoutRow(history_, moment_)) {
             return LossClass::sentWithoutRow;
         }
         if (placement == nullptr) {
@@ -49,18 +44,10 @@ public:
                 return reason;
             }
         }
-        std::string_view name = clip_->row;
-        for (Naming naming = namingBefore(never, name); naming.at != never;
-             naming = namingBefore(naming.at, name)) {
-            if (const Reason reason = whyNamed(naming, name)) {
-                return reason;
-            }
-            name = history_.entry(naming.at).field("oldName");
-            if (name == moment_.last->code) {
-                break;
-            }
+        if (const Reason reason = whyNamedOtherwise(history_, loss_, seen_)) {
+            return reason;
         }
-        return std::nullopt;
+        return whyNotRenamed(history_, loss_);
     }
 
 private:
@@ -76,38 +63,6 @@ private:
         twice.moment = loss_.moment;
         twice.clip = loss_.clip;
         return explain(history_, twice);
-    }
-
-    Naming namingBefore(std::size_t at, std::string_view name) const {
-        return lastNaming(history_, stay_.stay->timelineId, clip_->rowId, name, at);
-    }
-
-    /// The clip's row got this name, and its moment did not.
-    Reason whyNamed(const Naming& naming, std::string_view name) const {
-        if (naming.edit != nullptr) {
-            return whyNotSent(history_, *naming.edit, {}, loss_.moment);
-        }
-        if (naming.moment == nullptr) {
-            return std::nullopt;
-        }
-        if (wasSentWithoutRow(*naming.moment)) {
-            return LossClass::sentWithoutRow;
-        }
-        if (cameWithTheRenaming(naming.at)) {
-            return LossClass::formerName;
-        }
-        if (wasLeftOnItsRow(history_, *naming.moment, loss_.stay, naming.at)) {
-            return LossClass::wrongRow;
-        }
-        if (const Reason reason = whyRenamedWithout(history_, *naming.moment, moment_, seen_)) {
-            return reason;
-        }
-        if (const Reason reason = whyRenamedWithout(history_, moment_, *naming.moment, seen_)) {
-            return reason;
-        }
-        const bool isStray =
-            !wasRenamedFrom(*naming.moment, history_.entry(naming.at).field("oldName"), name);
-        return isStray ? Reason(LossClass::strayClip) : std::nullopt;
     }
 
     /// The clip had been deleted when its moment came with the new name, and its user has taken that back.
@@ -152,45 +107,6 @@ private:
         return last;
     }
 
-    /// One fetch first put the clip onto the row of that name and then told of the row's new name: the clip is of another row.
-    bool cameWithTheRenaming(std::size_t naming) const {
-        return history_.entry(naming).field("oldName") == moment_.last->code &&
-               std::ranges::any_of(moment_.placements, [&](const Placement& placement) {
-                   return placement.stay == loss_.stay && placement.how == "new" && placement.at < naming &&
-                          std::ranges::any_of(
-                              stay_.arrivals,
-                              [&](const Arrival& arrival) {
-                                  return arrival.isPull && arrival.start < placement.at &&
-                                         naming < arrival.at;
-                              });
-               });
-    }
-
-    /// Somebody gave the moment the row's present name in place of that one. If not, it stood on the row though it was of another.
-    static bool wasRenamedFrom(const MomentHistory& moment, std::string_view oldName, std::string_view name) {
-        std::string_view code;
-        return std::ranges::any_of(moment.changes, [&](const ReferenceHost::RemoteChange* change) {
-            return std::exchange(code, codeIn(*change, moment)) == oldName && code == name;
-        });
-    }
-
-    /// The clip that its author's timeline handed out knew of no row, or somebody's that is of no row now.
-    bool wasSentWithoutRow(const MomentHistory& moment) const {
-        const auto isWithoutRow = [&](const Call* call) {
-            return call != nullptr &&
-                   std::ranges::any_of(call->accepted->drafts, [&](const ReferenceHost::MomentDraft& draft) {
-                       return (draft.instanceId == moment.last->originInstanceId ||
-                               draft.externalId == moment.last->id) &&
-                              !draft.code;
-                   });
-        };
-        return isWithoutRow(creationOf(history_, moment)) ||
-               (moment.last->code.empty() &&
-                std::ranges::any_of(moment.changes, [&](const ReferenceHost::RemoteChange* change) {
-                    return isWithoutRow(callOf(history_, moment.session, change->sequence));
-                }));
-    }
-
     /// The clip was there when its moment, which had got the row's new name meanwhile, came for the first time.
     bool wasFirstNamedWithCode(const Placement& placement) const {
         return (placement.how == "own" || placement.how == "known") &&
@@ -213,7 +129,6 @@ private:
     const StayHistory& stay_;
     const MomentHistory& moment_;
     const std::vector<std::size_t>& seen_;
-    const ClipPicture* clip_ = nullptr;
 };
 
 }  // namespace
