@@ -228,6 +228,26 @@ TEST_F(SubscriptionTest, TheEndOfASessionSendsTheLastEditsAtOnceAndNothingKeepsT
     EXPECT_EQ(complaints(ben()), Strings());
 }
 
+TEST_F(SubscriptionTest, TheEndOfTheSessionSendsOnceMoreWhatCouldNotBeSent) {
+    bool fails = true;
+    for (Analyst* analyst : {&ann(), &ben()}) {
+        analyst->client().setFaultPlan([&](const ReferenceHost::CloudCall& call) {
+            const bool isOne = fails && call.operation == Operation::createMoments;
+            return ReferenceHost::Fault(isOne ? Kind::failBeforeEffect : Kind::none);
+        });
+        analyst->tag("Attack", 1, 2);
+    }
+    runFor(10);
+    ben().client().dropSubscriptions();
+    runFor(10);
+    EXPECT_EQ(ben().status().activity, Activity::waitingToReconnect);
+    EXPECT_EQ(remote().moments.size(), 0U);
+    fails = false;
+    ann().service->cancelSyncing();
+    endAndExpectGone();
+    EXPECT_EQ(remote().moments.size(), 2U);
+}
+
 TEST_F(SubscriptionTest, TheLastReferenceMayGoInTheBackground) {
     std::optional<bool> destroyedOnMainThread;
     Analyst& cleo = add("Cleo");

@@ -91,7 +91,8 @@ void ThrottleCheck::advance(const Entry& entry, const Synchroniser& synchroniser
     fire(synchroniser, state, entry.time());
     if (state.early) {
         report_.add("throttle", entry,
-                    "an upload began before its time (entry " + std::to_string(*state.early) + ")");
+                    "an upload began before its time, or without a change (entry " +
+                        std::to_string(*state.early) + ")");
         state.early.reset();
     }
     if (!state.fired.empty() && !synchroniser.block && isBefore(state.fired.front(), entry.time()) &&
@@ -121,11 +122,10 @@ void ThrottleCheck::blockStarted(const Entry& entry) {
         state.due.reset();
     } else if (state.firstUploads > 0) {
         --state.firstUploads;
-    } else if (state.due) {
+    } else {
+        // Unless the session ends right now.
         state.due.reset();
         state.early = entry.index;
-    } else {
-        report_.add("throttle", entry, "an upload block without a change");
     }
 }
 

@@ -76,7 +76,10 @@ TraceReader::TraceReader(History& history) : history_(history), running_(history
 }
 
 void TraceReader::read() {
-    for (std::size_t at = 0; at < history_.record.trace.size(); ++at) {
+    // The end was looked at when everybody was idle. What is sent when they leave afterwards comes too late for it.
+    const Record& record = history_.record;
+    const std::size_t end = record.settled > 0 ? record.settled : record.trace.size();
+    for (std::size_t at = 0; at < end; ++at) {
         readEntry(at, history_.record.trace[at]);
     }
     for (auto& [host, spans] : history_.withoutTarget) {

@@ -14,13 +14,15 @@ void TimelineUploadService::updatePresentationView(
         return;
     }
     std::unordered_set<std::string_view> names;
+    std::unordered_set<std::string_view> namesToMeet;
     std::int64_t viewIndex = 0;
     for (const PresentationViewItem& view : presentationView->subViews) {
         names.insert(view.name);
-        attempt(function, [&] { handlePresentationSubViewUpdate(viewIndex, view, timeline); });
+        if (attempt(function, [&] { handlePresentationSubViewUpdate(viewIndex, view, timeline); })) {
+            namesToMeet.insert(view.name);
+        }
         ++viewIndex;
     }
-    auto namesToMeet = names;
     const bool rowsFollow = timeline->codingTarget() != nullptr;
     const RowList rows = timeline->allRows();
     for (const auto& row : *rows) {

@@ -95,6 +95,10 @@ std::shared_ptr<const TimelineUploadService::ChangeSet> TimelineUploadService::f
     if (!current) {
         return nullptr;
     }
+    if (lastModifyCount_ >= current->modifyCount()) {
+        unsentEdits_.timelineWasRead();
+        return nullptr;
+    }
     // Sent while the session was never received, the timeline's own rows would replace everybody's list of codes.
     if (isSyncingCancelled_ && hasNotMetItsSession()) {
         environment_.logManager.logWarn(
@@ -102,9 +106,6 @@ std::shared_ptr<const TimelineUploadService::ChangeSet> TimelineUploadService::f
         return nullptr;
     }
     unsentEdits_.timelineWasRead();
-    if (lastModifyCount_ >= current->modifyCount()) {
-        return nullptr;
-    }
     auto changes = std::make_shared<ChangeSet>();
     changes->taggingSessionId = taggingSessionId().value();  // never taken back
     changes->firstModifyCount = lastModifyCount_ + 1;

@@ -136,8 +136,18 @@ void TimelineUploadService::cancelSyncing() {
     isSyncingCancelled_ = true;
     reconnectionAttempt_ = 0;
     attempt("cancelSyncing()", [this] { taggingSessionSubscription_.close(); });
-    // What the user changed last must not wait for a throttler that may not live long enough to fire.
+    // What the user changed last must not wait for a throttler that may not live long enough to fire, and what could not be sent
+    // before not for the next edit or attempt to reconnect, which do not come any more.
+    const bool changedLast = updateTevuTaggingSessionThrottler_.isWaiting();
     updateTevuTaggingSessionThrottler_.fireNow();
+    if (!changedLast && !hasNotMetItsSession()) {
+        attempt("cancelSyncing()", [this] {
+            const auto current = timeline();
+            if (current && lastModifyCount_ < current->modifyCount()) {
+                queueUpload();
+            }
+        });
+    }
 }
 
 SynchronisationStatus TimelineUploadService::status() const {
