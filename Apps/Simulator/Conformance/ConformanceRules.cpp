@@ -57,9 +57,9 @@ const std::vector<ConformanceRule>& conformanceRules() {
 
         // Uploads of local changes
         {"throttle", "An upload block for local changes begins one second after the first change of a burst, "
-                     "never earlier and never without a change."},
+                     "never earlier and never without a change, but at the end of a session."},
         {"throttleLate", "It begins then when nothing else runs, and else as soon as it is its turn."},
-        {"lastChanges", "What was changed in the last second of a session is uploaded at its end."},
+        {"lastChanges", "What has not been sent is uploaded at the end of a session."},
 
         // Pulls
         {"pullBlock", "A session is fetched in a block for it, once."},

@@ -107,6 +107,7 @@ void ThrottleCheck::blockStarted(const Entry& entry) {
     const Synchroniser* const synchroniser = entry.synchroniser;
     if (synchroniser != nullptr && entry.field("kind") == "upload") {
         states_[*synchroniser].owesLast = false;
+        states_[*synchroniser].lastUpload = entry.time();
     }
     if (synchroniser == nullptr || !isChecked(*synchroniser)) {
         return;
@@ -137,15 +138,21 @@ void ThrottleCheck::ended(const Entry& entry) {
     }
     State& state = states_[synchroniser];
     state.early.reset();
-    state.owesLast = state.due && !isBefore(*state.due, entry.time());
+    const Stay& stay = synchroniser.stay;
+    const bool hasMet = stay.isHost || synchroniser.hasPulled || synchroniser.lastModifyCount > 0;
+    const bool isBehind = hasMet && !synchroniser.host.isClosed(stay.timelineId) &&
+                          synchroniser.lastModifyCount < synchroniser.host.modifyCountOf(stay.timelineId);
+    const bool hasJustBegun = isSameMoment(state.lastUpload, entry.time());
+    state.owesLast = (isBehind && !hasJustBegun) || (state.due && !isBefore(*state.due, entry.time()));
 }
 
 void ThrottleCheck::left(const Entry& entry, const std::deque<Synchroniser>& synchronisers) {
     for (const Synchroniser& synchroniser : synchronisers) {
         if (states_[synchroniser].owesLast && !synchroniser.sharesTimeline) {
-            report_.add("lastChanges", entry,
-                        synchroniser.stay.analyst +
-                            "'s changes right before the end of the session were not uploaded");
+            report_.add(
+                "lastChanges", entry,
+                synchroniser.stay.analyst +
+                    "'s changes that were not sent before the end of the session were not uploaded at it");
         }
     }
 }

@@ -10,7 +10,8 @@
 
 namespace Simulator::Conformance {
 
-/// Upload blocks begin one second after the first change of a burst, or as soon as the queue is free, and for no other reason.
+/// Upload blocks begin one second after the first change of a burst, or as soon as the queue is free, and at the end of the session
+/// when there is anything to send; for no other reason.
 class ThrottleCheck {
 public:
     explicit ThrottleCheck(Report& report) : report_(report) {}
@@ -24,6 +25,7 @@ private:
         std::optional<double> due;  // a change waits until then
         std::deque<double> fired;   // when blocks were queued that have not begun
         int firstUploads = 0;       // of a session that was created
+        double lastUpload = -std::numeric_limits<double>::infinity();  // when the last upload block began
         double idleSince = -std::numeric_limits<double>::infinity();
         bool owesLast = false;             // the session has ended before its last changes were uploaded
         std::optional<std::size_t> early;  // the entry of a block that only the end of the session explains
