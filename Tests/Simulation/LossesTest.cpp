@@ -1,6 +1,7 @@
 // Each known class of loss has a plan in the folder "Losses" that shows it.
 
 #include "Apps/Simulator/Outcome/Outcome.hpp"
+#include "Apps/Simulator/Runner.hpp"
 #include "Apps/Simulator/Verdict.hpp"
 
 #include <gtest/gtest.h>
@@ -10,6 +11,8 @@
 #include <fstream>
 #include <regex>
 #include <set>
+#include <sstream>
+#include <vector>
 
 namespace Simulator {
 
@@ -83,6 +86,48 @@ TEST(Losses, ALossIsNotExcusedByWhatHappenedToAnother) {
     const Outcome outcome = judgeOutcome(trial.record);
     EXPECT_TRUE(hasRule(outcome.findings, "rowMissing"));
     EXPECT_FALSE(hasRule(outcome.findings, "deletionLost"));
+}
+
+TEST(Losses, AClipIsOnAWrongRowForWhatBefellThatRow) {
+    using Strings = std::vector<std::string>;
+    const auto judged = [](const std::string& steps, const auto& change) {
+        std::istringstream text("seed 1\nanalysts 2\n8 Ann tag object=0\n" + steps);
+        Record record = run(readPlan(text));
+        change(record);
+        const Outcome outcome = judgeOutcome(record);
+        Strings found;
+        for (const ExplainedLoss& loss : outcome.explained) {
+            found.push_back(loss.lossClass);
+        }
+        for (const Finding& finding : outcome.findings) {
+            found.push_back(finding.rule);
+        }
+        return found;
+    };
+    const auto asItIs = [](Record&) {};
+
+    // Ben's row could not follow the new name, he tags on it, and it follows late.
+    const std::string missed = "12 Ben withdrawCodingTarget amount=3\n13 Ann renameRow object=0\n"
+                               "17 Ben tag object=0\n20 Ann retime object=0\n";
+    EXPECT_EQ(judged(missed, asItIs), Strings{"the timeline could not be edited"});
+    const auto withoutTheFault = [](Record& record) {
+        for (auto& entry : record.trace) {
+            entry.kind = entry.kind == SimulatedKind::fault ? SimulatedKind::stage : entry.kind;
+        }
+    };
+    EXPECT_EQ(judged(missed, withoutTheFault), Strings{"clipOnWrongRow"});
+
+    // Ben's row goes by the name of his clip, which was tagged while Ann renamed the row, when he tags the next one on it.
+    const std::string another = "12 Ann renameRow object=0\n12 Ben tag object=0\n15 Ben retime object=1\n"
+                                "18 Ben tag object=0\n21 Ann retime object=0\n";
+    EXPECT_EQ(judged(another, asItIs), (Strings{"row renamed meanwhile", "row renamed meanwhile"}));
+    const auto elsewhere = [](Record& record) {
+        auto& clips = record.stays.back().picture.clips;
+        const auto clip = std::ranges::find(clips, "session-1.moment-2", &ClipPicture::momentId);
+        ASSERT_NE(clip, clips.end());
+        clip->rowId = "another";
+    };
+    EXPECT_EQ(judged(another, elsewhere), (Strings{"row renamed meanwhile", "clipOnWrongRow"}));
 }
 
 TEST(Losses, WhatDiffersOnATimelineIsNamed) {
