@@ -62,8 +62,10 @@ private:
         if (wasSentWithoutRow(history_, *naming.moment)) {
             return LossClass::sentWithoutRow;
         }
-        if (cameWithTheRenaming(naming.at)) {
-            return LossClass::formerName;
+        for (Naming same = naming; same.at != never; same = namingBefore(same.at, name)) {
+            if (same.moment == naming.moment && cameWithTheRenaming(same.at)) {
+                return LossClass::formerName;
+            }
         }
         if (wasLeftOnItsRow(history_, *naming.moment, loss_.stay, naming.at)) {
             return LossClass::wrongRow;
