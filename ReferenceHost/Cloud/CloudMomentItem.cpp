@@ -68,6 +68,7 @@ std::shared_ptr<TimelineInstance> CloudMomentItem::placeOn(Timeline& timeline, c
             instance->setExternalId(moment_->id);
             if (rules_.onlyEditsAreWritten) {
                 timeline.updateRemoteInstance(origin, instance->row()->uniqueId(), values, takenOf(timeline));
+                instance->didWrite(takenOf(timeline));
             }
             return instance;
         }
@@ -95,6 +96,9 @@ CloudMomentItem::updateOnTimeline(const std::shared_ptr<RemoteCoding::TimelinePr
     }
     auto instance = ours->updateRemoteInstance(
         instanceId, rowId, ClipValues(moment_->start, moment_->end, moment_->notes), takenOf(*ours));
+    if (instance && rules_.onlyEditsAreWritten) {
+        instance->didWrite(takenOf(*ours));  // the answer to that may have been lost
+    }
     ours->recordCall(
         "updateOnTimeline",
         {{"momentId", moment_->id}, {"instanceId", instanceId}, {"found", instance ? "true" : "false"}});

@@ -37,6 +37,7 @@ std::optional<MomentDraft> draftOf(const std::shared_ptr<RemoteCoding::TimelineI
     if (rules.onlyEditsAreWritten) {
         ours->tellCode(std::nullopt, 0);
         draft.numbers = ours->editNumbers();
+        draft.numbers->code = ours->original()->editNumbers().code;  // as the name below
     }
     const ClipValues values = ours->values();
     draft.instanceId = ours->uniqueId();
@@ -138,7 +139,8 @@ void CloudTaggingSessionService::savePresentationView(const std::string& teamId,
         edits = RowEdits();  // of a timeline that has been closed: its list is not everybody's
     }
     if (timeline && edits) {
-        edits = timeline->rowEdits().unsaved(videoId);
+        edits = timeline->rowEdits().unsaved(
+            videoId, [created = created_](const std::string& moment) { return created->isRemoved(moment); });
         completion = [completion = std::move(completion), timeline = std::weak_ptr(timeline), videoId,
                       edits = *edits](Base::Result<std::string> saved) {
             const auto current = saved.succeeded() ? timeline.lock() : nullptr;
@@ -228,6 +230,7 @@ void CloudTaggingSessionService::removeMoments(const std::string& teamId, const 
                                                const std::string& timelineId,
                                                std::vector<std::string> momentIds,
                                                Base::Completion<bool> completion) {
+    completion = created_->notingRemoval(momentIds, std::move(completion));
     CloudCall call = callOf(CloudOperation::removeMoments, teamId, videoId, taggingSessionId, timelineId);
     call.count = momentIds.size();
     call.ids = momentIds;

@@ -17,6 +17,7 @@ void insert(Codes& codes, CodeRecord code, const RowEdit& edit) {
     auto place = codes.begin();
     if (edit.above) {
         place = find(codes, *edit.above);
+        place = place == codes.end() ? find(codes, edit.newAbove) : place;
         place += place == codes.end() ? 0 : 1;
     }
     codes.insert(place, std::move(code));

@@ -48,6 +48,20 @@ Base::Completion<CreatedMoments::Ids> CreatedMoments::naming(const RemoteCoding:
     };
 }
 
+Base::Completion<bool> CreatedMoments::notingRemoval(const Ids& moments, Base::Completion<bool> completion) {
+    return [moments, self = shared_from_this(),
+            completion = std::move(completion)](Base::Result<bool> answer) {
+        if (answer.succeeded() && answer.value()) {
+            Base::synchronized(self->lock_, [&] { self->removed_.insert(moments.begin(), moments.end()); });
+        }
+        completion(std::move(answer));
+    };
+}
+
+bool CreatedMoments::isRemoved(const std::string& moment) const {
+    return Base::synchronized(lock_, [&] { return removed_.contains(moment); });
+}
+
 bool CreatedMoments::isOver(const std::shared_ptr<Timeline>& timeline) {
     if (!timeline) {
         return false;

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -14,7 +15,7 @@ namespace ReferenceHost {
 
 class Timeline;
 
-/// What one client makes of the answers to its creations. Any thread.
+/// What one client makes of the answers to its creations and removals. Any thread.
 class CreatedMoments : public std::enable_shared_from_this<CreatedMoments> {
 public:
     using Ids = std::vector<std::string>;
@@ -28,12 +29,19 @@ public:
                                                const std::shared_ptr<const Numbers>& numbers,
                                                Base::Completion<Ids> completion);
 
+    /// The completion, which first notes that these are removed.
+    [[nodiscard]] Base::Completion<bool> notingRemoval(const Ids& moments, Base::Completion<bool> completion);
+
+    /// This client has removed the moment. A clip that was brought back since bears its name until it is written anew.
+    [[nodiscard]] bool isRemoved(const std::string& moment) const;
+
 private:
     /// The timeline is another one to the cloud by now.
     [[nodiscard]] bool isOver(const std::shared_ptr<Timeline>& timeline);
 
     Base::ObjectLock lock_;
     std::map<std::string, std::uint64_t> timesPublished_;  // by timeline, when it was written first
+    std::set<std::string> removed_;
 };
 
 }  // namespace ReferenceHost

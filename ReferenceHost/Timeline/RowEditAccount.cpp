@@ -41,16 +41,17 @@ void RowEditAccount::follow(const TimelineRow& row, const std::string& oldName, 
     });
 }
 
-bool RowEditAccount::mustWait(const Entry& entry) {
+bool RowEditAccount::mustWait(const Entry& entry, const MomentCondition& isRemoved) {
     const auto clips = entry.row->allInstances();
     return entry.edit.kind == RowEdit::Kind::rename && std::ranges::any_of(*clips, [&](const auto& clip) {
                const auto& ours = static_cast<const TimelineInstance&>(*clip);
-               return clip->externalId() && ours.written().code < entry.edit.number &&
-                      entry.edit.number <= ours.editNumbers().code;
+               const auto moment = clip->externalId();
+               return moment && ours.written().code < entry.edit.number &&
+                      entry.edit.number <= ours.editNumbers().code && !(isRemoved && isRemoved(*moment));
            });
 }
 
-RowEdits RowEditAccount::unsaved(const std::string& videoId) {
+RowEdits RowEditAccount::unsaved(const std::string& videoId, const MomentCondition& isRemoved) {
     const auto entries = synchronized(lock_, [&] {
         const auto beginning = beginnings_[videoId];
         std::vector<Entry> unsaved;
@@ -74,7 +75,7 @@ RowEdits RowEditAccount::unsaved(const std::string& videoId) {
         const bool isNameTaken = std::ranges::any_of(waiting, [&](const auto& row) {
             return row.first != entry.row.get() && row.second == entry.edit.name;
         });
-        if (isNameTaken || (!removed.contains(entry.row.get()) && mustWait(entry))) {
+        if (isNameTaken || (!removed.contains(entry.row.get()) && mustWait(entry, isRemoved))) {
             waiting.try_emplace(entry.row.get(), isRename ? entry.edit.oldName : entry.edit.name);
         }
         if (waiting.contains(entry.row.get())) {
@@ -82,7 +83,7 @@ RowEdits RowEditAccount::unsaved(const std::string& videoId) {
         }
         edits.push_back(entry.edit);
         if (const auto found = waiting.find(entry.above.get()); found != waiting.end()) {
-            edits.back().above = found->second;
+            edits.back().newAbove = *std::exchange(edits.back().above, found->second);
         }
     }
     return edits;

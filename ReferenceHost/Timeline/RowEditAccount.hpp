@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <set>
@@ -18,6 +19,8 @@ class TimelineRow;
 /// An earlier one may still be saving its last list while the next one begins, or the same one again. Any thread.
 class RowEditAccount {
 public:
+    using MomentCondition = std::function<bool(const std::string& momentId)>;
+
     /// `above`: the row above it afterwards; null: it is the first.
     void add(RowEdit edit, std::shared_ptr<const TimelineRow> row, std::shared_ptr<const TimelineRow> above);
 
@@ -26,8 +29,9 @@ public:
 
     /// Those that can be saved in this session and are not, in order. A row's new name, and what was done to the row afterwards, can
     /// be saved when the moments of the row's clips have been written with it: whoever gets the list before them takes the row for a
-    /// new one. Another row that has got its former name waits with it: in the list that name is still the first row's.
-    [[nodiscard]] RowEdits unsaved(const std::string& videoId);
+    /// new one. Another row that has got its former name waits with it: in the list that name is still the first row's. Nobody has the
+    /// clip of a moment that is removed.
+    [[nodiscard]] RowEdits unsaved(const std::string& videoId, const MomentCondition& isRemoved = {});
     void areSaved(const std::string& videoId, const RowEdits& edits);
 
     /// What is done between two sessions, after the edit of this number, is not saved in the second: its list comes first. Nor is
@@ -45,7 +49,7 @@ private:
         std::shared_ptr<const TimelineRow> above;
         std::set<std::string> savedIn;
     };
-    [[nodiscard]] static bool mustWait(const Entry& entry);
+    [[nodiscard]] static bool mustWait(const Entry& entry, const MomentCondition& isRemoved);
 
     std::uint64_t lastInSession_ = 0;  // main thread
 

@@ -30,6 +30,7 @@ struct RowEdit {
     std::string oldName;               ///< before it was renamed
     Base::Color color;                 ///< afterwards
     std::optional<std::string> above;  ///< the row above it afterwards; absent: it is the first
+    std::string newAbove{};            ///< another name of that one, which the list may have already
 };
 using RowEdits = std::vector<RowEdit>;
 

@@ -210,4 +210,36 @@ TEST(CloudHistory, WhatATimelineWasNamesAndSavesNothingOnceItIsPublishedAnewOrCl
         << "Others may have changed the list, and the closed timeline knows of no edit.";
 }
 
+TEST(CloudHistory, ARowsNewNameWaitsForNoClipThatHasItInTheCloudOrThatNobodyElseHas) {
+    VirtualTime time(1);
+    VirtualScheduler scheduler(time);
+    Trace trace([&] { return time.now(); });
+    CloudService cloud(scheduler);
+    Client ann("Ann", time, cloud, trace);
+    const std::string session = cloud.createTaggingSession(team, video, "Ann");
+    const auto row = ann.timeline->addRow("Shot", {});
+    const auto id = ann.timeline->uniqueId();
+    const auto listed = [&] {
+        ann.service->savePresentationView(team, video, session, id, "", ann.timeline->allRows(),
+                                          [](const auto&) {});
+        time.runFor(Base::Seconds(10));
+        return cloud.snapshot(session)->presentationView->front().name;
+    };
+    EXPECT_EQ(listed(), "Shot");
+    const auto clip = ann.timeline->addInstance(row->uniqueId(), 1, 2);
+    const auto captured = ann.timeline->timelineFromModifyCount(1, false);
+    ann.timeline->renameRow(row->uniqueId(), "Goal");
+    ann.service->createMoments(team, video, session, id, captured->allRows()->front()->allInstances(),
+                               [&](const auto& ids) { clip->setExternalId(ids.value().front()); });
+    time.runFor(Base::Seconds(10));
+    EXPECT_EQ(listed(), "Goal") << "The clip was renamed before it was written, and after it was captured.";
+
+    ann.timeline->removeInstance(clip->uniqueId());
+    ann.service->removeMoments(team, video, session, id, {*clip->externalId()}, [](const auto&) {});
+    time.runFor(Base::Seconds(10));
+    ann.timeline->renameRow(row->uniqueId(), "Score");
+    ann.timeline->restoreInstance(clip->uniqueId());
+    EXPECT_EQ(listed(), "Score");
+}
+
 }  // namespace

@@ -70,6 +70,9 @@ TEST(CodeListMerge, MakesAnEditWhereOthersHaveChangedTheListMeanwhile) {
         EXPECT_EQ(wordsOf(withEdits(listOf("A B C"), cases[index].first)), cases[index].second) << index;
     }
     EXPECT_EQ(wordsOf(withEdits({}, {edit(Kind::add, "A", "gone"), edit(Kind::add, "B")})), "B A");
+    RowEdit belowARenamedRow = edit(Kind::move, "C", "not yet or not any more");
+    belowARenamedRow.newAbove = "A";
+    EXPECT_EQ(wordsOf(withEdits(listOf("A B C"), {belowARenamedRow})), "A C B");
 }
 
 /// One session, written to as its clients do.
@@ -181,6 +184,7 @@ TEST_F(UserEditsTest, ARowsNewNameWaitsUntilTheClipsThatWereOnItAreWrittenWithIt
     timeline->addRow("Corner", grey, 1);
     (void)add("Shot");
     EXPECT_EQ(unsaved(), "Corner<Shot") << "The row has its old name in the list, so no other can have it.";
+    EXPECT_EQ(timeline->rowEdits().unsaved("one").front().newAbove, "Goal") << "A first list has that.";
     timeline->appendRemoteInstance("Goal", "another", 3, 4, {}, grey);
     const auto partial = timeline->timelineFromModifyCount(0, false);  // an upload writes such copies
     const auto copies = partial->allRows()->front()->allInstances();
