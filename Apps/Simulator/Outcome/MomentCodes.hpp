@@ -46,6 +46,9 @@ namespace Simulator {
 /// The new name is not saved before all clips of the row have been written with it, and one was not.
 [[nodiscard]] Reason whyNameIsHeldBack(const History& history, const UserEdit& renaming);
 
+/// The rows of the timeline stand in another order than the list, all but for some that were made anew for their clips.
+[[nodiscard]] Reason whyInAnotherOrder(const History& history, const Loss& loss);
+
 /// As `whyOnWrongRow`, for a clip of a timeline on which another one depends.
 [[nodiscard]] Reason whyOnWrongRow(const History& history, const Loss& loss,
                                    const std::vector<std::size_t>& seen);

@@ -42,6 +42,26 @@ bool wasRefusedForAClip(const History& history, const UserEdit& edit) {
     });
 }
 
+/// The row was renamed, and a clip that is on it was not sent with the new name.
+Reason whyAClipIsNotSent(const History& history, const UserEdit& renaming) {
+    const StayHistory& stay = history.stays[renaming.stay];
+    for (const ClipPicture& clip : stay.stay->picture.clips) {
+        const bool isOnIt = clip.rowId == renaming.row && clip.momentId;
+        const bool isSent = isOnIt && std::ranges::any_of(stay.calls, [&](std::size_t number) {
+                                const Call& call = history.calls[number];
+                                return call.at > renaming.at && call.answered != never && !call.failed &&
+                                       !call.isFalse && call.name == "updateMoments" &&
+                                       std::ranges::find(call.ids, *clip.momentId) != call.ids.end();
+                            });
+        if (isOnIt && !isSent) {
+            if (const Reason reason = whyNotSent(history, renaming, {}, *clip.momentId)) {
+                return reason;
+            }
+        }
+    }
+    return std::nullopt;
+}
+
 /// The answer to the clip's creation had not come, or had not named its moment, and that one had not come by itself either.
 bool wasUnnamed(const MomentHistory& moment, const Call& creation, const UserEdit& edit) {
     if (creation.answered > edit.at) {
@@ -78,6 +98,9 @@ bool wasBroughtBackOnTheRow(const History& history, const UserEdit& renaming) {
 }  // namespace
 
 Reason whyNameIsHeldBack(const History& history, const UserEdit& renaming) {
+    if (const Reason reason = whyAClipIsNotSent(history, renaming)) {
+        return reason;
+    }
     if (wasRefusedForAClip(history, renaming)) {
         return LossClass::answeredFalse;
     }

@@ -187,6 +187,11 @@ Reason whyRowDiffers(const History& history, const Loss& loss) {
             return reason;
         }
     }
+    if (loss.kind == LossKind::rowOrder) {
+        if (const Reason reason = whyInAnotherOrder(history, loss)) {
+            return reason;
+        }
+    }
     if (loss.kind == LossKind::rowMissing && followedAClip(history, stay, loss)) {
         return LossClass::renamedMeanwhile;
     }
