@@ -1,3 +1,4 @@
+#include "ReferenceHost/Cloud/CloudMomentItem.hpp"
 #include "ReferenceHost/Cloud/CloudService.hpp"
 #include "ReferenceHost/Execution/VirtualExecution.hpp"
 #include "ReferenceHost/Execution/VirtualScheduler.hpp"
@@ -233,6 +234,15 @@ TEST(CloudHistory, ARowsNewNameWaitsForNoClipThatHasItInTheCloudOrThatNobodyElse
                                [&](const auto& ids) { clip->setExternalId(ids.value().front()); });
     time.runFor(Base::Seconds(10));
     EXPECT_EQ(listed(), "Goal") << "The clip was renamed before it was written, and after it was captured.";
+
+    ann.timeline->renameRow(row->uniqueId(), "Point");
+    ann.host.cloudClient().faultNext(CloudOperation::updateMoments, Fault(Fault::Kind::failAfterEffect));
+    ann.service->updateMoments(team, video, session, id, row->allInstances(), [](const auto&) {});
+    time.runFor(Base::Seconds(10));
+    EXPECT_EQ(listed(), "Goal");
+    const CloudMomentItem moment(cloud.snapshot(session)->moments.front(), cloud.rules());
+    EXPECT_NE(moment.updateOnTimeline(ann.timeline, clip->uniqueId(), row->uniqueId()), nullptr);
+    EXPECT_EQ(listed(), "Point") << "The answer was lost, and the moment says so.";
 
     ann.timeline->removeInstance(clip->uniqueId());
     ann.service->removeMoments(team, video, session, id, {*clip->externalId()}, [](const auto&) {});
