@@ -59,14 +59,14 @@ std::optional<UUID> UUID::parse(std::string_view text) {
 
 std::string UUID::text() const {
     constexpr std::string_view digits = "0123456789abcdef";
-    std::string text;
-    text.reserve(textLength);
+    std::string text(textLength, '-');
+    std::size_t place = 0;
     for (const auto byte : bytes_) {
-        if (isHyphenPlace(text.size())) {
-            text += '-';
+        if (isHyphenPlace(place)) {
+            ++place;
         }
-        text += digits[byte >> 4];
-        text += digits[byte & 0x0F];
+        text[place++] = digits[byte >> 4];
+        text[place++] = digits[byte & 0x0F];
     }
     return text;
 }
