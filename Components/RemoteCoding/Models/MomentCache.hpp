@@ -1,10 +1,10 @@
 #pragma once
 
 #include "Base/Color.hpp"
+#include "Base/IdIndex.hpp"
 #include "Base/Synchronized.hpp"
 #include "Components/RemoteCoding/HostInterfaces/LogManagerProtocol.hpp"
 #include "Components/RemoteCoding/HostInterfaces/TimelineProtocol.hpp"
-#include "Components/RemoteCoding/Models/IdIndex.hpp"
 
 #include <cstdint>
 #include <deque>
@@ -91,7 +91,7 @@ public:
     [[nodiscard]] bool hasDeletedMoment(const std::string& instanceId) const;
 
 private:
-    using Position = IdIndex::Position;
+    using Position = Base::IdIndex::Position;
     static constexpr Position nowhere = UINT32_MAX;
 
     /// A moment and an instance that were cached together. Kept while any of the three says something that is not said anew.
@@ -124,10 +124,10 @@ private:
     Base::ObjectLock lock_;
     std::deque<UploadedMoment> records_;
     Position firstFree_ = nowhere;
-    IdIndex uploadedMoments_;                 ///< by moment: the records that are its
-    IdIndex uploadedMomentIdForInstanceId_;   ///< by instance: the records that are its current ones
-    IdIndex deletedMomentIdForInstanceId_;    ///< by instance
-    std::unordered_set<std::string> rowIds_;  ///< every row that ever had an instance here
+    Base::IdIndex uploadedMoments_;                ///< by moment: the records that are its
+    Base::IdIndex uploadedMomentIdForInstanceId_;  ///< by instance: the records that are its current ones
+    Base::IdIndex deletedMomentIdForInstanceId_;   ///< by instance
+    std::unordered_set<std::string> rowIds_;       ///< every row that ever had an instance here
     std::unordered_map<std::string, UploadedRow> uploadedRows_;
 };
 

@@ -2,11 +2,12 @@
 
 #include "Base/Await.hpp"
 #include "Base/Error.hpp"
+#include "Base/IdIndex.hpp"
 #include "Components/RemoteCoding/Models/ErrorLog.hpp"
 
 #include <string_view>
-#include <unordered_set>
 #include <utility>
+#include <vector>
 
 namespace RemoteCoding {
 
@@ -21,12 +22,16 @@ using Moments = TimelineUploadService::Moments;
 std::vector<std::string> momentIdsThatAreNotAmong(const Moments& newMoments, const Moments& updatedMoments,
                                                   const TimelineProtocol& timeline) {
     // Filled for the first clip that has a moment: a timeline that is joined has none.
-    std::unordered_set<std::string_view> remoteMomentIds;
+    std::vector<std::string_view> remoteMomentIds;
+    Base::IdIndex index;
+    const auto idAt = [&](Base::IdIndex::Position position) { return remoteMomentIds[position]; };
     const auto fill = [&] {
         remoteMomentIds.reserve(newMoments.size() + updatedMoments.size());
         for (const Moments* const moments : {&newMoments, &updatedMoments}) {
             for (const auto& moment : *moments) {
-                remoteMomentIds.insert(moment->identifier());
+                const auto position = static_cast<Base::IdIndex::Position>(remoteMomentIds.size());
+                remoteMomentIds.emplace_back(moment->identifier());
+                index.put(remoteMomentIds.back(), position, idAt);
             }
         }
     };
@@ -43,7 +48,7 @@ std::vector<std::string> momentIdsThatAreNotAmong(const Moments& newMoments, con
             if (!std::exchange(isFilled, true)) {
                 fill();
             }
-            if (!remoteMomentIds.contains(*externalId)) {
+            if (!index.find(*externalId, idAt)) {
                 missing.push_back(*std::move(externalId));
             }
         }

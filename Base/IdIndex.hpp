@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-namespace RemoteCoding {
+namespace Base {
 
 /// Finds positions of a list by a text that stands at each of them. The texts stay in the list: whoever owns it tells with each
 /// call how a position's text is read, and keeps the text as it is for as long as the index has the position.
@@ -100,4 +100,4 @@ private:
     std::size_t count_ = 0;
 };
 
-}  // namespace RemoteCoding
+}  // namespace Base

@@ -1,4 +1,4 @@
-#include "Components/RemoteCoding/Models/IdIndex.hpp"
+#include "Base/IdIndex.hpp"
 
 #include "ReferenceHost/SeededRandom.hpp"
 
@@ -10,7 +10,7 @@
 
 namespace {
 
-using RemoteCoding::IdIndex;
+using Base::IdIndex;
 
 TEST(IdIndexTest, FindsWhatAMapWouldFindAfterAnyEdits) {
     constexpr std::size_t texts = 400;

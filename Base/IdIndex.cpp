@@ -1,8 +1,8 @@
-#include "Components/RemoteCoding/Models/IdIndex.hpp"
+#include "Base/IdIndex.hpp"
 
 #include <algorithm>
 
-namespace RemoteCoding {
+namespace Base {
 
 // Moves back what stands behind the gap, so that a search need not know of slots that were in use once.
 void IdIndex::close(std::size_t gap) {
@@ -33,4 +33,4 @@ void IdIndex::grow() {
     }
 }
 
-}  // namespace RemoteCoding
+}  // namespace Base
