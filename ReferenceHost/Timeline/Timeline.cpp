@@ -121,21 +121,22 @@ std::shared_ptr<PartialTimeline> Timeline::changesSince(std::int64_t modifyCount
         }
     });
 
-    std::vector<std::shared_ptr<TimelineInstance>> changed;
+    std::vector<std::pair<std::int64_t, const std::shared_ptr<TimelineInstance>*>>
+        changed;  // with their order
     instanceLog_.forEachSince(modifyCount, [&](const InstanceEntry& entry) {
         if (excludeSharedInstances && entry.object->isShared()) {
             return;
         }
         if (!entry.removed && isAskedFor(entry.stamp)) {
-            changed.push_back(entry.object);
+            changed.emplace_back(entry.object->order(), &entry.object);
         }
         if (isListedAsDeleted(entry) && (rules_->deletedRowsListTheirInstances || !wentWithItsRow(entry))) {
             contents.deletedInstanceIds.push_back(entry.object->uniqueId());
         }
     });
-    std::sort(changed.begin(), changed.end(),
-              [](const auto& left, const auto& right) { return left->order() < right->order(); });
-    for (const auto& instance : changed) {
+    std::sort(changed.begin(), changed.end());
+    for (const auto& [order, place] : changed) {
+        const auto& instance = *place;
         const auto row = rows.copyOf(instance->row_.lock());
         const auto knownRow = rules_->partialKnowsRows ? row : nullptr;
         row->append(rules_->partialIsDetached ? instance->detachedCopy(knownRow) : instance);
@@ -164,7 +165,8 @@ std::shared_ptr<TimelineRow> Timeline::findRow(const std::string& rowId) const {
 
 std::shared_ptr<TimelineRow> Timeline::findRowNamed(const std::string& name) const {
     for (const auto& row : rows_.elements()) {
-        if (row->name() == name) {
+        // Only this thread writes names: it reads them without a lock, and without a copy.
+        if (static_cast<const TimelineRow&>(*row).name_ == name) {
             return std::static_pointer_cast<TimelineRow>(row);
         }
     }

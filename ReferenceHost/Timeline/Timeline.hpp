@@ -5,6 +5,7 @@
 #include "Components/RemoteCoding/HostInterfaces/TimelineProtocol.hpp"
 #include "ReferenceHost/Timeline/CallRecorder.hpp"
 #include "ReferenceHost/Timeline/ChangeLog.hpp"
+#include "ReferenceHost/Timeline/ClipsByMoment.hpp"
 #include "ReferenceHost/Timeline/RowEditAccount.hpp"
 #include "ReferenceHost/Timeline/SnapshotList.hpp"
 #include "ReferenceHost/Timeline/TimelineInstance.hpp"
@@ -19,8 +20,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 namespace ReferenceHost {
@@ -124,8 +123,8 @@ public:
 
     // What the sync library needs.
 
-    /// The clip that stands for that remote moment by its `externalId`, the first of several; null when there is none. Constant
-    /// time.
+    /// The clip that stands for that remote moment by its `externalId`, of several the one that got it first; null when there
+    /// is none. Constant time.
     [[nodiscard]] std::shared_ptr<TimelineInstance> findInstanceOf(const std::string& externalId) const;
 
     /// Adds a clip that stands for that remote moment to the first row of that name, or to a new row at the
@@ -210,7 +209,7 @@ private:
 
     /// Puts the rows in this order, numbers them and stamps those that shifted.
     void setRows(Rows rows, std::int64_t count);
-    void externalIdWasWritten(const std::string& instanceId, const std::optional<std::string>& externalId);
+    void setExternalId(TimelineInstance& instance, std::optional<std::string> externalId);
 
     const Options options_;
     const std::shared_ptr<const TimelineRules> rules_;
@@ -227,8 +226,7 @@ private:
     std::atomic<std::uint64_t> timesPublished_{0};
     ChangeLog<TimelineRow> rowLog_;
     ChangeLog<TimelineInstance> instanceLog_;
-    std::unordered_set<std::string> deletedByUser_;                              // clips that are gone
-    std::unordered_map<std::string, std::vector<InstanceEntry*>> byExternalId_;  // present or past
+    ClipsByMoment clipsByMoment_{instanceLog_};
 
     Base::ObjectLock rowsLock_;                             // guards the rest
     SnapshotList<RemoteCoding::TimelineRowProtocol> rows_;  // only the main thread writes it

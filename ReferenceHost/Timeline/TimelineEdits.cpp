@@ -43,19 +43,21 @@ std::shared_ptr<TimelineInstance> Timeline::addInstance(const std::string& rowId
 
 bool Timeline::retimeInstance(const std::string& instanceId, double startTime, double endTime) {
     auto* entry = instanceLog_.findPresent(instanceId);
-    return entry != nullptr &&
-           setValues(*entry, ClipValues(startTime, endTime, entry->object->notes()), &EditNumbers::times);
+    return entry != nullptr && setValues(*entry, ClipValues(startTime, endTime, entry->object->values_.notes),
+                                         &EditNumbers::times);
 }
 
 bool Timeline::setInstanceNotes(const std::string& instanceId, const std::string& notes) {
     auto* entry = instanceLog_.findPresent(instanceId);
-    return entry != nullptr &&
-           setValues(*entry, ClipValues(entry->object->startTime(), entry->object->endTime(), notes),
-                     &EditNumbers::notes);
+    if (entry == nullptr) {
+        return false;
+    }
+    const ClipValues& present = entry->object->values_;
+    return setValues(*entry, ClipValues(present.startTime, present.endTime, notes), &EditNumbers::notes);
 }
 
 bool Timeline::setValues(InstanceEntry& entry, ClipValues values, std::uint64_t EditNumbers::* part) {
-    if (rules_->emptyEditIsNoChange && entry.object->values() == values) {
+    if (rules_->emptyEditIsNoChange && entry.object->values_ == values) {
         return false;
     }
     const auto count = nextCount(ChangeKind::alteration);
@@ -70,14 +72,12 @@ bool Timeline::setValues(InstanceEntry& entry, ClipValues values, std::uint64_t 
 
 void Timeline::didRemove(InstanceEntry& entry, std::int64_t count) {
     instanceLog_.didRemove(entry, count);
-    if (!componentEdits_) {
-        deletedByUser_.insert(entry.object->uniqueId());
-    }
+    entry.object->deletedByUser_ = !componentEdits_;
 }
 
 void Timeline::didRestore(InstanceEntry& entry, std::int64_t count) {
     instanceLog_.didRestore(entry, count);
-    deletedByUser_.erase(entry.object->uniqueId());
+    entry.object->deletedByUser_ = false;
 }
 
 bool Timeline::removeInstance(const std::string& instanceId) {

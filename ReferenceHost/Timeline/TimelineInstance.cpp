@@ -36,11 +36,11 @@ std::optional<std::string> TimelineInstance::externalId() const {
 }
 
 void TimelineInstance::setExternalId(std::optional<std::string> externalId) {
-    writeExternalId(externalId);
-    if (const auto row = row_.lock()) {
-        if (const auto timeline = row->timeline_.lock()) {
-            timeline->externalIdWasWritten(uniqueId_, externalId);
-        }
+    const auto row = row_.lock();
+    if (const auto timeline = row ? row->timeline() : nullptr) {
+        timeline->setExternalId(*this, std::move(externalId));
+    } else {
+        writeExternalId(std::move(externalId));
     }
 }
 
@@ -73,8 +73,9 @@ std::shared_ptr<TimelineInstance> TimelineInstance::detachedCopy(std::weak_ptr<T
 EditNumbers TimelineInstance::editNumbers() const {
     EditNumbers numbers = synchronized(lock_, [this] { return numbers_; });
     const auto row = row_.lock();
-    if (row && row->nameEditNumber() > arrivedAfter_) {
-        numbers.code = std::max(numbers.code, row->nameEditNumber());
+    const std::uint64_t ofName = row ? row->nameEditNumber() : 0;
+    if (ofName > arrivedAfter_) {
+        numbers.code = std::max(numbers.code, ofName);
     }
     return numbers;
 }
@@ -125,9 +126,12 @@ bool TimelineInstance::standFor(const std::string& sessionId, std::uint64_t mome
         return original->standFor(sessionId, momentNumber);
     }
     return synchronized(lock_, [&] {
-        std::uint64_t& last = lastMoment_[sessionId];
-        const bool isLatest = momentNumber >= last;
-        last = std::max(last, momentNumber);
+        auto last = std::ranges::find(lastMoment_, sessionId, &std::pair<std::string, std::uint64_t>::first);
+        if (last == lastMoment_.end()) {
+            last = lastMoment_.insert(last, {sessionId, 0});
+        }
+        const bool isLatest = momentNumber >= last->second;
+        last->second = std::max(last->second, momentNumber);
         return isLatest;
     });
 }

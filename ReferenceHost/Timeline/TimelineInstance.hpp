@@ -5,11 +5,11 @@
 #include "ReferenceHost/Timeline/UserEdits.hpp"
 
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace ReferenceHost {
 
@@ -88,6 +88,7 @@ public:
     [[nodiscard]] std::shared_ptr<TimelineInstance> detachedCopy(std::weak_ptr<TimelineRow> row);
 
 private:
+    friend class ClipsByMoment;
     friend class Timeline;
     friend class TimelineRow;
 
@@ -96,27 +97,29 @@ private:
     /// Writes the id without telling the timeline.
     void writeExternalId(std::optional<std::string> externalId);
 
+    // A timeline has many of these, and an edit finds its clip in no cache: what edits need stands together.
     const std::string uniqueId_;
     const std::weak_ptr<TimelineRow> row_;
     const std::int64_t order_;
+    /// Of one from elsewhere: the user's last edit before. Not written once others see the clip.
+    std::uint64_t arrivedAfter_ = 0;
     const bool isShared_;
-    std::uint64_t arrivedAfter_ =
-        0;  // of one from elsewhere: the user's last edit before; not written once others see the clip
+    bool onRow_ = true;           // guarded by the row's lock
+    bool deletedByUser_ = false;  // while it is removed; main thread only
 
-    std::weak_ptr<TimelineInstance> original_;  // of a detached copy
-
-    Base::ObjectLock lock_;  // guards the rest but the last
-    ClipValues values_;
+    /// Guards the rest but `original_`. The main thread, which alone writes, reads the values and the `externalId` without it.
+    Base::ObjectLock lock_;
     EditNumbers numbers_;
+    ClipValues values_;
+    std::optional<std::string> externalId_;
     EditNumbers written_;
     bool isTold_ = false;
     std::optional<std::string> toldCode_;
     std::uint64_t toldNumber_ = 0;
-    std::optional<std::string> externalId_;
-    std::map<std::string, std::uint64_t>
-        lastMoment_;  // by session: the number of the latest that it has stood for
+    /// By session: the number of the latest that it has stood for. Hardly ever of more than one.
+    std::vector<std::pair<std::string, std::uint64_t>> lastMoment_;
 
-    bool onRow_ = true;  // guarded by the row's lock
+    std::weak_ptr<TimelineInstance> original_;  // of a detached copy
 };
 
 }  // namespace ReferenceHost

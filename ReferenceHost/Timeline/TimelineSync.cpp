@@ -10,26 +10,22 @@
 namespace ReferenceHost {
 
 std::shared_ptr<TimelineInstance> Timeline::findInstanceOf(const std::string& externalId) const {
-    const auto entries = byExternalId_.find(externalId);
-    if (entries == byExternalId_.end()) {
-        return nullptr;
-    }
-    for (const InstanceEntry* entry : entries->second) {
-        if (!entry->removed && entry->object->externalId() == externalId) {
-            return entry->object;
-        }
-    }
-    return nullptr;
+    const auto* entry = clipsByMoment_.findPresent(externalId);
+    return entry != nullptr ? entry->object : nullptr;
 }
 
-void Timeline::externalIdWasWritten(const std::string& instanceId,
-                                    const std::optional<std::string>& externalId) {
-    auto* entry = instanceLog_.find(instanceId);
-    if (entry != nullptr && externalId) {
-        auto& entries = byExternalId_[*externalId];
-        if (std::ranges::find(entries, entry) == entries.end()) {
-            entries.push_back(entry);
-        }
+void Timeline::setExternalId(TimelineInstance& instance, std::optional<std::string> externalId) {
+    const bool isSame = instance.externalId_ == externalId;
+    if (isSame && rules_->externalIdIsNoChange) {
+        return;
+    }
+    auto* entry = instanceLog_.find(instance.uniqueId());
+    if (entry != nullptr && !isSame && instance.externalId_) {
+        clipsByMoment_.remove(*entry);
+    }
+    instance.writeExternalId(std::move(externalId));
+    if (entry != nullptr && !isSame && instance.externalId_) {
+        clipsByMoment_.add(*entry);
     }
     if (rules_->externalIdIsNoChange || entry == nullptr || entry->removed) {
         return;
@@ -50,10 +46,10 @@ Timeline::appendRemoteInstance(const std::string& code, const std::string& exter
     }
     auto instance = std::make_shared<TimelineInstance>(
         options_.makeId(), row, ClipValues(startTime, endTime, notes), ++lastOrder_, true);
-    instance->writeExternalId(externalId);
+    instance->externalId_ = externalId;
     instance->arrivedAfter_ = lastEditNumber_;
     instance->tellCode(code, 0);
-    byExternalId_[externalId].push_back(&instanceLog_.add(instance, count));
+    clipsByMoment_.add(instanceLog_.add(instance, count));
     row->append(instance);
     finishChange(count);
     return instance;
@@ -63,13 +59,13 @@ std::shared_ptr<TimelineInstance> Timeline::updateRemoteInstance(const std::stri
                                                                  const std::string& rowId, ClipValues values,
                                                                  const EditNumbers& taken) {
     auto* entry = instanceLog_.findPresent(instanceId);
-    if (entry == nullptr || entry->object->row()->uniqueId() != rowId) {
+    if (entry == nullptr || entry->object->row_.lock()->uniqueId() != rowId) {
         return nullptr;
     }
     const TimelineComponentEdit edit(*this);
     auto instance = entry->object;
     const EditNumbers numbers = instance->editNumbers();
-    const ClipValues mine = instance->values();
+    const ClipValues& mine = instance->values_;
     if (numbers.times > taken.times) {
         values.startTime = mine.startTime;
         values.endTime = mine.endTime;
@@ -99,17 +95,16 @@ void Timeline::beginPublishing(const std::string& videoId) {
 }
 
 void Timeline::forgetMoments() {
+    clipsByMoment_.clear();
     instanceLog_.forEachSince(0, [](const InstanceEntry& entry) {
         entry.object->writeExternalId(std::nullopt);
         entry.object->tellCode(std::nullopt, 0);
     });
-    byExternalId_.clear();
 }
 
 std::shared_ptr<TimelineInstance> Timeline::findDeletedInstance(const std::string& instanceId) const {
     const auto* entry = instanceLog_.find(instanceId);
-    return entry != nullptr && entry->removed && deletedByUser_.contains(instanceId) ? entry->object
-                                                                                     : nullptr;
+    return entry != nullptr && entry->removed && entry->object->deletedByUser_ ? entry->object : nullptr;
 }
 
 void Timeline::deleteAgainLater(const std::string& instanceId) {
