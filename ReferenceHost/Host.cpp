@@ -52,7 +52,8 @@ Host::Host(std::string name, ReportingExecution& execution, CloudService& servic
                                                  seeded(options.network, options.seed, name_))),
       observer_(name_, trace) {
     capture_->didEndCapturing = [this] { timelines_->setCapturingTimeline(std::nullopt); };
-    capture_->willPublish = [this](const std::string& videoId) { timelines_->beginPublishing(videoId); };
+    capture_->willPublish = [this] { timelines_->beginPublishing(); };
+    timelines_->lastWriter = [this] { return cloudClient_->lastWriter(); };
     capture_->didChangeStream = [this](const std::string& videoId, StreamingStatus status) {
         cloudClient_->publish(videoId, streamStateOf(status));
     };

@@ -40,6 +40,8 @@ void CloudClient::signOut() { connection_->signOut(); }
 
 std::uint64_t CloudClient::id() const { return connection_->client(); }
 
+std::uint64_t CloudClient::lastWriter() const { return connection_->lastWriter(); }
+
 void CloudClient::publish(const std::string& videoId, StreamState stream) {
     uplink_.publish(videoId, stream);
 }

@@ -62,6 +62,9 @@ public:
     /// The number under which the service knows this client (`AcceptedCall::client`, `RemoteChange::client`).
     [[nodiscard]] std::uint64_t id() const;
 
+    /// The number of the tagging session service that was made last, from 1; 0: none was.
+    [[nodiscard]] std::uint64_t lastWriter() const;
+
     /// What this host publishes into the video now. Interrupted while the link is down.
     void publish(const std::string& videoId, StreamState stream);
 

@@ -10,6 +10,7 @@
 #include "ReferenceHost/SeededRandom.hpp"
 #include "ReferenceHost/Trace.hpp"
 
+#include <atomic>
 #include <cstdint>
 #include <deque>
 #include <exception>
@@ -45,6 +46,11 @@ public:
 
     [[nodiscard]] std::uint64_t client() const { return client_; }
     [[nodiscard]] CloudRules rules() const;
+
+    // What writes to sessions is numbered in the order in which it is made, from 1.
+    [[nodiscard]] std::uint64_t nextWriter() { return ++lastWriter_; }
+    [[nodiscard]] std::uint64_t lastWriter() const { return lastWriter_; }
+
     [[nodiscard]] bool isReadable(const std::string& momentId) const;
 
     void setLinkUp(bool up);
@@ -126,6 +132,8 @@ private:
     // a stopped execution destroys a posted job at once, and what that held may come back here.
     mutable std::recursive_mutex gate_;
     bool isClosed_ = false;  // guarded by the gate
+
+    std::atomic<std::uint64_t> lastWriter_{0};
 
     Base::ObjectLock lock_;  // of everything below
     bool takesCalls_ = true;

@@ -104,7 +104,9 @@ bool isAnsweredFalse(const Fault& fault) { return fault.kind == Fault::Kind::ans
 }  // namespace
 
 CloudTaggingSessionService::CloudTaggingSessionService(std::shared_ptr<CloudConnection> connection)
-    : connection_(std::move(connection)), created_(std::make_shared<CreatedMoments>()) {}
+    : connection_(std::move(connection)),
+      writer_(connection_->nextWriter()),
+      created_(std::make_shared<CreatedMoments>()) {}
 
 void CloudTaggingSessionService::createTaggingSession(const std::string& teamId, const std::string& videoId,
                                                       const std::string& userId,
@@ -139,13 +141,13 @@ void CloudTaggingSessionService::savePresentationView(const std::string& teamId,
         edits = RowEdits();  // of a timeline that has been closed: its list is not everybody's
     }
     if (timeline && edits) {
-        edits = timeline->rowEdits().unsaved(
-            videoId, [created = created_](const std::string& moment) { return created->isRemoved(moment); });
-        completion = [completion = std::move(completion), timeline = std::weak_ptr(timeline), videoId,
-                      edits = *edits](Base::Result<std::string> saved) {
+        const auto isRemoved = [&](const std::string& moment) { return created_->isRemoved(moment); };
+        edits = timeline->rowEdits().unsaved(taggingSessionId, writer_, isRemoved);
+        completion = [completion = std::move(completion), timeline = std::weak_ptr(timeline),
+                      taggingSessionId, edits = *edits](Base::Result<std::string> saved) {
             const auto current = saved.succeeded() ? timeline.lock() : nullptr;
             if (current) {
-                current->rowEdits().areSaved(videoId, edits);
+                current->rowEdits().areSaved(taggingSessionId, edits);
             }
             completion(std::move(saved));
         };

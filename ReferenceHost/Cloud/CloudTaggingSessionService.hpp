@@ -2,6 +2,7 @@
 
 #include "Components/RemoteCoding/HostInterfaces/TaggingSessionServiceProtocol.hpp"
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <utility>
@@ -40,6 +41,7 @@ public:
 
 private:
     std::shared_ptr<CloudConnection> connection_;
+    const std::uint64_t writer_;
     const std::shared_ptr<CreatedMoments> created_;
 };
 

@@ -43,8 +43,8 @@ Base::Result<void> CaptureComponent::captureToTevuLibraryWithPublishSession(
     if (publication_) {
         tell(*publication_, StreamingStatus::stopped);  // nothing comes into its video any more
     }
-    if (willPublish && publishSession) {
-        willPublish(publishSession->videoId());
+    if (willPublish) {
+        willPublish();
     }
     publication_ = Publication{std::move(publishSession), teamId, std::move(device), std::nullopt};
     ++publicationNumber_;

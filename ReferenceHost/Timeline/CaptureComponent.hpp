@@ -76,7 +76,7 @@ public:
     void stopCapturing();
 
     /// Called inside the call that publishes, when nothing refuses it.
-    std::function<void(const std::string& videoId)> willPublish;
+    std::function<void()> willPublish;
 
     /// The feeds that are there, all of them chosen; the user may untick some in the window "Capture".
     void setDevices(const std::vector<std::shared_ptr<CaptureDevice>>& devices) {

@@ -4,6 +4,7 @@
 #include "ReferenceHost/Timeline/TimelineRow.hpp"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -51,12 +52,16 @@ bool RowEditAccount::mustWait(const Entry& entry, const MomentCondition& isRemov
            });
 }
 
-RowEdits RowEditAccount::unsaved(const std::string& videoId, const MomentCondition& isRemoved) {
+RowEdits RowEditAccount::unsaved(const std::string& sessionId, std::uint64_t writer,
+                                 const MomentCondition& isRemoved) {
     const auto entries = synchronized(lock_, [&] {
-        const auto beginning = beginnings_[videoId];
+        const auto next = beginningsAfter_.lower_bound(writer);
+        const std::uint64_t first = next != beginningsAfter_.begin() ? std::prev(next)->second : 0;
+        std::uint64_t& beginning = beginnings_.try_emplace(sessionId, first).first->second;
+        beginning = std::min(beginning, first);
         std::vector<Entry> unsaved;
         std::ranges::copy_if(entries_, std::back_inserter(unsaved), [&](const Entry& entry) {
-            return entry.edit.number > beginning && !entry.savedIn.contains(videoId);
+            return entry.edit.number > beginning && !entry.savedIn.contains(sessionId);
         });
         return unsaved;
     });
@@ -89,26 +94,27 @@ RowEdits RowEditAccount::unsaved(const std::string& videoId, const MomentConditi
     return edits;
 }
 
-void RowEditAccount::areSaved(const std::string& videoId, const RowEdits& edits) {
+void RowEditAccount::areSaved(const std::string& sessionId, const RowEdits& edits) {
     synchronized(lock_, [&] {
         for (Entry& entry : entries_) {
             if (std::ranges::find(edits, entry.edit.number, &RowEdit::number) != edits.end()) {
-                entry.savedIn.insert(videoId);
+                entry.savedIn.insert(sessionId);
             }
         }
     });
 }
 
-void RowEditAccount::enterSession(const std::string& videoId) {
+void RowEditAccount::enterSession(std::uint64_t lastWriter) {
     synchronized(lock_, [&] {
         std::erase_if(entries_, [&](const Entry& entry) { return entry.edit.number > lastInSession_; });
         // A session that this timeline was not in yet has nothing to do with what was done in others.
-        beginnings_.try_emplace(videoId, lastInSession_);
+        const std::uint64_t last = beginningsAfter_.empty() ? 0 : beginningsAfter_.rbegin()->second;
+        beginningsAfter_.insert_or_assign(lastWriter, std::max(last, lastInSession_));
     });
 }
 
-void RowEditAccount::publish(const std::string& videoId, std::uint64_t lastEdit) {
-    synchronized(lock_, [&] { beginnings_.insert_or_assign(videoId, lastEdit); });
+void RowEditAccount::publish(std::uint64_t lastWriter, std::uint64_t lastEdit) {
+    synchronized(lock_, [&] { beginningsAfter_.insert_or_assign(lastWriter, lastEdit); });
 }
 
 }  // namespace ReferenceHost

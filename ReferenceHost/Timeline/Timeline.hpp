@@ -152,10 +152,10 @@ public:
     /// What the user has done to the list of rows.
     [[nodiscard]] RowEditAccount& rowEdits() { return rowEdits_; }
 
-    // The timeline leaves a session, joins that of a video, is published as the video of a new one.
+    // The timeline leaves a session, joins one, is published as a new one. `lastWriter`: see `RowEditAccount`.
     void leaveSession();
-    void enterSession(const std::string& videoId) { rowEdits_.enterSession(videoId); }
-    void beginPublishing(const std::string& videoId);
+    void enterSession(std::uint64_t lastWriter) { rowEdits_.enterSession(lastWriter); }
+    void beginPublishing(std::uint64_t lastWriter);
 
     /// Any thread. How often it was published as a new one.
     [[nodiscard]] std::uint64_t timesPublished() const {

@@ -52,39 +52,38 @@ Base::Result<void> TimelineComponent::openLiveShareWithShareFiles(
     if (shareFiles.empty()) {
         return Base::failure<void>(Base::DescribedError("There is no file to open"));
     }
-    const auto& shared = shareFiles.front().video;
+    const auto& title = shareFiles.front().video.name;
     if (liveShares.completesInsideCall) {
-        liveShareIsOpen(shared, liveShares, completionHandler);
+        liveShareIsOpen(title, liveShares, completionHandler);
         return {};
     }
     execution_.postToMainAfter(liveShares.openingTime,
-                               [weakSelf = weak_from_this(), shared, behaviour = liveShares,
+                               [weakSelf = weak_from_this(), title, behaviour = liveShares,
                                 completionHandler = std::move(completionHandler)] {
                                    if (const auto self = weakSelf.lock()) {
-                                       self->liveShareIsOpen(shared, behaviour, completionHandler);
+                                       self->liveShareIsOpen(title, behaviour, completionHandler);
                                    }
                                });
     return {};
 }
 
 void TimelineComponent::liveShareIsOpen(
-    const RemoteCoding::SharedVideo& shared, const LiveShareBehaviour& behaviour,
+    const std::string& title, const LiveShareBehaviour& behaviour,
     const std::function<void(std::optional<std::string>)>& completionHandler) {
     if (!behaviour.completes) {
         return;
     }
-    auto videoId =
-        behaviour.completesWithoutId ? std::nullopt : reopenLiveShare(shared, behaviour.onTimeline);
+    auto videoId = behaviour.completesWithoutId ? std::nullopt : reopenLiveShare(behaviour.onTimeline);
     if (!behaviour.completesWithoutId && !videoId) {
         videoId = makeId_();
         if (behaviour.opensTimeline && behaviour.timelineLag > Base::Seconds(0)) {
-            execution_.postToMainAfter(behaviour.timelineLag, [weakSelf = weak_from_this(), shared, videoId] {
+            execution_.postToMainAfter(behaviour.timelineLag, [weakSelf = weak_from_this(), title, videoId] {
                 if (const auto self = weakSelf.lock()) {
-                    self->openLiveShare(shared, *videoId);
+                    self->openLiveShare(title, *videoId);
                 }
             });
         } else if (behaviour.opensTimeline) {
-            openLiveShare(shared, *videoId);
+            openLiveShare(title, *videoId);
         }
     }
     if (behaviour.completesInBackground) {
@@ -94,17 +93,16 @@ void TimelineComponent::liveShareIsOpen(
     }
 }
 
-void TimelineComponent::openLiveShare(const RemoteCoding::SharedVideo& shared, const std::string& videoId) {
-    openTimeline(shared.name, videoId)->enterSession(shared.identifier);
+void TimelineComponent::openLiveShare(const std::string& title, const std::string& videoId) {
+    openTimeline(title, videoId);
     open_.back().showsLiveShare = true;
 }
 
-std::optional<std::string> TimelineComponent::reopenLiveShare(const RemoteCoding::SharedVideo& shared,
-                                                              const std::optional<std::string>& timelineId) {
+std::optional<std::string> TimelineComponent::reopenLiveShare(const std::optional<std::string>& timelineId) {
     for (Open& open : open_) {
         if (open.timeline->uniqueId() == timelineId) {
             open.showsLiveShare = true;
-            open.timeline->enterSession(shared.identifier);
+            open.timeline->enterSession(lastWriter ? lastWriter() : 0);
             return open.timeline->videoId();
         }
     }
@@ -202,9 +200,9 @@ void TimelineComponent::completeLiveShare(const std::string& timelineId) {
         Notification(TimelineNotifications::liveShareDidComplete, nullptr, {{"timelineId", timelineId}}));
 }
 
-void TimelineComponent::beginPublishing(const std::string& videoId) {
+void TimelineComponent::beginPublishing() {
     if (const auto timeline = capturingTimelineId_ ? findTimeline(*capturingTimelineId_) : nullptr) {
-        timeline->beginPublishing(videoId);
+        timeline->beginPublishing(lastWriter ? lastWriter() : 0);
     }
 }
 

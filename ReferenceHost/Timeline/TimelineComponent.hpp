@@ -88,7 +88,10 @@ public:
     void setCapturingTimeline(std::optional<std::string> timelineId);
 
     /// The capturing timeline is published as a new session.
-    void beginPublishing(const std::string& videoId);
+    void beginPublishing();
+
+    /// Gives the number of the session writer that was made last; without it all are taken for one.
+    std::function<std::uint64_t()> lastWriter;
 
     /// One object for all timelines of this host, those opened before included.
     [[nodiscard]] TimelineRules& rules() { return *rules_; }
@@ -108,11 +111,10 @@ private:
     };
 
     [[nodiscard]] const Open* find(const std::string& timelineId) const;
-    void openLiveShare(const RemoteCoding::SharedVideo& shared, const std::string& videoId);
+    void openLiveShare(const std::string& title, const std::string& videoId);
     /// The id of the video that the timeline shows again; absent when there is none.
-    [[nodiscard]] std::optional<std::string> reopenLiveShare(const RemoteCoding::SharedVideo& shared,
-                                                             const std::optional<std::string>& timelineId);
-    void liveShareIsOpen(const RemoteCoding::SharedVideo& shared, const LiveShareBehaviour& behaviour,
+    [[nodiscard]] std::optional<std::string> reopenLiveShare(const std::optional<std::string>& timelineId);
+    void liveShareIsOpen(const std::string& title, const LiveShareBehaviour& behaviour,
                          const std::function<void(std::optional<std::string>)>& completionHandler);
     void timelineDidChange(const std::shared_ptr<Timeline>& timeline);
 

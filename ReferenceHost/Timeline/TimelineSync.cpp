@@ -88,10 +88,10 @@ void Timeline::forgetEdits(const std::string& instanceId, const EditNumbers& tak
 
 void Timeline::leaveSession() { rowEdits_.leaveSession(lastEditNumber_); }
 
-void Timeline::beginPublishing(const std::string& videoId) {
+void Timeline::beginPublishing(std::uint64_t lastWriter) {
     timesPublished_.fetch_add(1, std::memory_order_acq_rel);
     forgetMoments();
-    rowEdits_.publish(videoId, lastEditNumber_);
+    rowEdits_.publish(lastWriter, lastEditNumber_);
 }
 
 void Timeline::forgetMoments() {

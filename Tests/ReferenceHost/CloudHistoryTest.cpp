@@ -186,7 +186,7 @@ TEST(CloudHistory, WhatATimelineWasNamesAndSavesNothingOnceItIsPublishedAnewOrCl
     const std::string former = cloud.createTaggingSession(team, video, "Ann");
     const Instances clips{ann.timeline->addInstance(ann.timeline->addRow("Shot", {})->uniqueId(), 1, 2)};
     const auto late = create(video, former, clips);
-    ann.timeline->beginPublishing("another video");
+    ann.timeline->beginPublishing(ann.host.cloudClient().lastWriter());
     time.runFor(Base::Seconds(10));
     EXPECT_EQ(cloud.snapshot(former)->moments.size(), 1U);
     EXPECT_TRUE(late->empty());

@@ -113,7 +113,7 @@ TEST(TimelineTest, FindsAMomentsClipWhileOthersHaveHadTheSameMoment) {
     EXPECT_EQ(found("moment"), third->uniqueId());
     EXPECT_EQ(found("another"), second->uniqueId());
 
-    timeline->beginPublishing("video");
+    timeline->beginPublishing(0);
     EXPECT_EQ(found("moment"), "none");
     EXPECT_EQ(found("another"), "none");
 }
