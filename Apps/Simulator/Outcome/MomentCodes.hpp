@@ -43,6 +43,11 @@ namespace Simulator {
 [[nodiscard]] Reason whyNamedOtherwise(const History& history, const Loss& loss,
                                        const std::vector<std::size_t>& seen);
 
+/// The row was new, and could not be listed before it was renamed: the clips of such a row are not written with its new name, and
+/// this one was not.
+[[nodiscard]] Reason whyRowIsUnlisted(const History& history, const UserEdit& renaming,
+                                      std::string_view moment);
+
 /// The new name is not saved before all clips of the row have been written with it, and one was not.
 [[nodiscard]] Reason whyNameIsHeldBack(const History& history, const UserEdit& renaming);
 

@@ -42,21 +42,27 @@ bool wasRefusedForAClip(const History& history, const UserEdit& edit) {
     });
 }
 
+bool wasWrittenSince(const History& history, const UserEdit& edit, std::string_view moment) {
+    return std::ranges::any_of(history.stays[edit.stay].calls, [&](std::size_t number) {
+        const Call& call = history.calls[number];
+        return call.at > edit.at && call.answered != never && !call.failed && !call.isFalse &&
+               call.name == "updateMoments" && std::ranges::find(call.ids, moment) != call.ids.end();
+    });
+}
+
 /// The row was renamed, and a clip that is on it was not sent with the new name.
 Reason whyAClipIsNotSent(const History& history, const UserEdit& renaming) {
     const StayHistory& stay = history.stays[renaming.stay];
     for (const ClipPicture& clip : stay.stay->picture.clips) {
-        const bool isOnIt = clip.rowId == renaming.row && clip.momentId;
-        const bool isSent = isOnIt && std::ranges::any_of(stay.calls, [&](std::size_t number) {
-                                const Call& call = history.calls[number];
-                                return call.at > renaming.at && call.answered != never && !call.failed &&
-                                       !call.isFalse && call.name == "updateMoments" &&
-                                       std::ranges::find(call.ids, *clip.momentId) != call.ids.end();
-                            });
-        if (isOnIt && !isSent) {
-            if (const Reason reason = whyNotSent(history, renaming, {}, *clip.momentId)) {
-                return reason;
-            }
+        if (clip.rowId != renaming.row || !clip.momentId ||
+            wasWrittenSince(history, renaming, *clip.momentId)) {
+            continue;
+        }
+        if (const Reason reason = whyNotSent(history, renaming, {}, *clip.momentId)) {
+            return reason;
+        }
+        if (const Reason reason = whyRowIsUnlisted(history, renaming, *clip.momentId)) {
+            return reason;
         }
     }
     return std::nullopt;
@@ -96,6 +102,21 @@ bool wasBroughtBackOnTheRow(const History& history, const UserEdit& renaming) {
 }
 
 }  // namespace
+
+Reason whyRowIsUnlisted(const History& history, const UserEdit& renaming, std::string_view moment) {
+    if (wasWrittenSince(history, renaming, moment)) {
+        return std::nullopt;
+    }
+    for (const UserEdit& birth : history.edits) {
+        const bool isBirth = birth.kind == EditKind::addRow || birth.kind == EditKind::restoreRow;
+        if (isBirth && birth.stay == renaming.stay && birth.row == renaming.row && birth.at < renaming.at) {
+            if (const Reason reason = whyNotSent(history, birth)) {
+                return reason;
+            }
+        }
+    }
+    return std::nullopt;
+}
 
 Reason whyNameIsHeldBack(const History& history, const UserEdit& renaming) {
     if (const Reason reason = whyAClipIsNotSent(history, renaming)) {

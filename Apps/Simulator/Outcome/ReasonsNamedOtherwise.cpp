@@ -54,7 +54,8 @@ private:
     /// The clip's row got this name, and its moment did not.
     Reason whyNamed(const Naming& naming, std::string_view name) const {
         if (naming.edit != nullptr) {
-            return whyNotSent(history_, *naming.edit, {}, loss_.moment);
+            const Reason reason = whyNotSent(history_, *naming.edit, {}, loss_.moment);
+            return reason ? reason : whyRowIsUnlisted(history_, *naming.edit, loss_.moment);
         }
         if (naming.moment == nullptr) {
             return std::nullopt;
