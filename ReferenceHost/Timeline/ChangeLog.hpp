@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -23,9 +22,10 @@ public:
     /// Of an entry: its place among all that were ever added.
     using Number = Base::IdIndex::Position;
 
+    /// Stays where it is until the next one is added.
     struct Entry {
         Entry(std::shared_ptr<Object> object_, Number number_)
-            : object(std::move(object_)), number(number_) {}
+            : object(std::move(object_)), number(number_), id(object->uniqueId()) {}
 
         std::shared_ptr<Object> object;
         std::int64_t stamp = 0;         ///< the count of the latest change
@@ -35,6 +35,7 @@ public:
 
     private:
         friend class ChangeLog;
+        std::string_view id;           // lies in the object, which is not looked at to find it
         std::size_t latestChange = 0;  // its place in `changes_`
     };
 
@@ -109,7 +110,7 @@ public:
 
 private:
     [[nodiscard]] auto idAt() const {
-        return [this](Number number) -> std::string_view { return entries_[number].object->uniqueId(); };
+        return [this](Number number) -> std::string_view { return entries_[number].id; };
     }
 
     void forgetEarlierChanges() {
@@ -123,10 +124,10 @@ private:
         changes_.resize(kept);
     }
 
-    std::deque<Entry> entries_;  // in the order in which they were added
+    std::vector<Entry> entries_;  // in the order in which they were added
     Base::IdIndex byId_;
-    std::vector<Number>
-        changes_;  // all of them, but perhaps not those that a later one of the same entry followed
+    /// All of them, but perhaps not those that a later one of the same entry followed.
+    std::vector<Number> changes_;
 };
 
 }  // namespace ReferenceHost

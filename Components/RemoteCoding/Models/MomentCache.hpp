@@ -7,7 +7,6 @@
 #include "Components/RemoteCoding/HostInterfaces/TimelineProtocol.hpp"
 
 #include <cstdint>
-#include <deque>
 #include <memory>
 #include <optional>
 #include <span>
@@ -122,7 +121,7 @@ private:
 
     LogManagerProtocol& log_;
     Base::ObjectLock lock_;
-    std::deque<UploadedMoment> records_;
+    std::vector<UploadedMoment> records_;
     Position firstFree_ = nowhere;
     Base::IdIndex uploadedMoments_;                ///< by moment: the records that are its
     Base::IdIndex uploadedMomentIdForInstanceId_;  ///< by instance: the records that are its current ones
