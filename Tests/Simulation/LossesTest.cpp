@@ -135,7 +135,7 @@ TEST(Losses, AClipIsOnAWrongRowForWhatBefellThatRow) {
         ASSERT_NE(clip, clips.end());
         clip->rowId = "another";
     };
-    EXPECT_EQ(judged(another, elsewhere), (Strings{"row renamed meanwhile", "clipOnWrongRow"}));
+    EXPECT_EQ(judged(another, elsewhere), (Strings{"clipOnWrongRow", "clipOnWrongRow"}));
 }
 
 TEST(Losses, WhatWaitsForARowsNewNameIsExplainedByWhatKeepsThatBack) {

@@ -19,15 +19,28 @@ bool hasChanged(const History& history, std::size_t naming) {
     return false;
 }
 
-/// The one that was brought onto the timeline just before.
-const MomentHistory* momentFollowedAt(const History& history, std::size_t naming) {
+/// The entry with which a moment was brought onto the timeline just before; never: there is none.
+std::size_t followedAt(const History& history, std::size_t naming) {
     for (std::size_t at = naming; at-- > 0;) {
         const auto& entry = history.entry(at);
         if (entry.kind == TraceKind::call && entry.field("name") == "updateOnTimeline") {
-            return history.moment(entry.field("momentId"));
+            return at;
         }
     }
-    return nullptr;
+    return never;
+}
+
+/// The row followed the moment of a clip that stands on another one.
+bool isOfAnotherRow(const History& history, const StayHistory& stay, std::size_t naming,
+                    std::string_view rowId) {
+    const std::size_t followed = followedAt(history, naming);
+    if (followed == never) {
+        return false;
+    }
+    const auto& clips = stay.stay->picture.clips;
+    const auto clip =
+        std::ranges::find(clips, history.entry(followed).field("instanceId"), &ClipPicture::instanceId);
+    return clip != clips.end() && clip->rowId != rowId;
 }
 
 }  // namespace
@@ -68,8 +81,11 @@ Naming lastNaming(const History& history, std::string_view timelineId, std::stri
             const auto& entry = history.entry(at);
             if (stay.stay->timelineId == timelineId && at < before && (last.at == never || at > last.at) &&
                 entry.field("name") == "setRowNameWithRowNum" && entry.field("rowName") == name &&
-                hasChanged(history, at)) {
-                last = {at, nullptr, momentFollowedAt(history, at)};
+                hasChanged(history, at) && !isOfAnotherRow(history, stay, at, rowId)) {
+                const std::size_t followed = followedAt(history, at);
+                last = {at, nullptr,
+                        followed != never ? history.moment(history.entry(followed).field("momentId"))
+                                          : nullptr};
             }
         }
     }
