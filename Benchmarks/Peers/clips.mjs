@@ -1,7 +1,7 @@
 // The same clips for every peer: what the component's benchmarks put on a timeline.
 
 export const clips = 100_000;
-export const events = 10_000;
+export const events = clips;
 const rows = 40;
 
 export function idOf(number) {

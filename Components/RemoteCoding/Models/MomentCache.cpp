@@ -51,7 +51,7 @@ void MomentCache::cacheInstances(Instances instances) {
     Base::synchronized(lock_, [&] {
         for (const auto& instance : instances) {
             try {
-                auto momentId = instance ? instance->externalId() : std::nullopt;
+                const auto momentId = instance ? instance->externalId() : std::nullopt;
                 if (!momentId) {
                     errors.add(incompleteInstance);
                     continue;
@@ -61,7 +61,7 @@ void MomentCache::cacheInstances(Instances instances) {
                     errors.add(incompleteInstance);
                     continue;
                 }
-                cacheInstance(*instance, *std::move(momentId), row->uniqueId());
+                cacheInstance(instance->uniqueId(), *momentId, row->uniqueId());
             } catch (...) {
                 errors.add(incompleteInstance, Base::describe(std::current_exception()));
             }
@@ -70,41 +70,41 @@ void MomentCache::cacheInstances(Instances instances) {
     errors.write();
 }
 
-void MomentCache::cacheInstance(const TimelineInstanceProtocol& instance, std::string momentId,
+void MomentCache::cacheInstance(const std::string& instanceId, const std::string& momentId,
                                 const std::string& rowId) {
-    // Everything of the host's is read, and all memory taken, before anything is written: an instance is cached whole or not
-    // at all.
-    const std::string& instanceId = instance.uniqueId();
+    // All memory is taken before anything is written: an instance is cached whole or not at all.
     const std::string* const row = &*rowIds_.insert(rowId).first;
     uploadedMoments_.makeRoomForOne();
     uploadedMomentIdForInstanceId_.makeRoomForOne();
 
     const auto known = uploadedMoments_.find(momentId, momentIdAt());
-    const bool isKnown = known && records_[*known].instanceId == instanceId;
-    const Position position = isKnown ? *known : add(std::move(momentId), instanceId);
+    const bool isKnown = known && records_[*known].instanceId() == instanceId;
+    const Position position = isKnown ? *known : add(momentId, instanceId);
     UploadedMoment& record = records_[position];
     record.rowId = row;
     if (!isKnown) {
         record.isOfMoment = true;
-        end(uploadedMoments_.put(record.momentId, position, momentIdAt()), &UploadedMoment::isOfMoment);
+        end(uploadedMoments_.put(record.momentId(), position, momentIdAt()), &UploadedMoment::isOfMoment);
     }
     if (!record.isOfInstance) {
         record.isOfInstance = true;
-        end(uploadedMomentIdForInstanceId_.put(record.instanceId, position, instanceIdAt()),
+        end(uploadedMomentIdForInstanceId_.put(record.instanceId(), position, instanceIdAt()),
             &UploadedMoment::isOfInstance);
     }
-    end(deletedMomentIdForInstanceId_.erase(record.instanceId, instanceIdAt()), &UploadedMoment::isDeletion);
+    end(deletedMomentIdForInstanceId_.erase(record.instanceId(), instanceIdAt()),
+        &UploadedMoment::isDeletion);
 }
 
-MomentCache::Position MomentCache::add(std::string momentId, const std::string& instanceId) {
+MomentCache::Position MomentCache::add(const std::string& momentId, const std::string& instanceId) {
     if (firstFree_ == nowhere) {
         records_.emplace_back();
         firstFree_ = static_cast<Position>(records_.size() - 1);
     }
     const Position position = firstFree_;
     UploadedMoment& record = records_[position];
-    record.instanceId = instanceId;
-    record.momentId = std::move(momentId);
+    record.ids.reserve(momentId.size() + instanceId.size());
+    record.ids.append(momentId).append(instanceId);
+    record.momentIdSize = momentId.size();
     firstFree_ = std::exchange(record.nextFree, nowhere);
     return position;
 }
@@ -140,11 +140,11 @@ void MomentCache::deleteMoment(Position position) {
     UploadedMoment& record = records_[position];
     // First of all, so that the record lasts.
     record.isDeletion = true;
-    end(deletedMomentIdForInstanceId_.put(record.instanceId, position, instanceIdAt()),
+    end(deletedMomentIdForInstanceId_.put(record.instanceId(), position, instanceIdAt()),
         &UploadedMoment::isDeletion);
-    end(uploadedMomentIdForInstanceId_.erase(record.instanceId, instanceIdAt()),
+    end(uploadedMomentIdForInstanceId_.erase(record.instanceId(), instanceIdAt()),
         &UploadedMoment::isOfInstance);
-    end(uploadedMoments_.erase(record.momentId, momentIdAt()), &UploadedMoment::isOfMoment);
+    end(uploadedMoments_.erase(record.momentId(), momentIdAt()), &UploadedMoment::isOfMoment);
 }
 
 void MomentCache::cacheRows(Rows rows) {
@@ -190,7 +190,7 @@ const MomentCache::UploadedMoment* MomentCache::uploadedMoment(const std::string
 std::optional<std::string> MomentCache::instanceId(const std::string& momentId) const {
     return Base::synchronized(lock_, [&] {
         const UploadedMoment* const record = uploadedMoment(momentId);
-        return record != nullptr ? std::optional(record->instanceId) : std::nullopt;
+        return record != nullptr ? std::optional(std::string(record->instanceId())) : std::nullopt;
     });
 }
 
@@ -209,7 +209,7 @@ bool MomentCache::findPlace(const std::string& momentId, ClipPlace& place) const
     return Base::synchronized(lock_, [&] {
         const UploadedMoment* const record = uploadedMoment(momentId);
         if (record != nullptr) {
-            place.instanceId = record->instanceId;
+            place.instanceId = record->instanceId();
             place.rowId = *record->rowId;
         }
         return record != nullptr;
@@ -219,7 +219,7 @@ bool MomentCache::findPlace(const std::string& momentId, ClipPlace& place) const
 std::optional<std::string> MomentCache::momentId(const std::string& instanceId) const {
     return Base::synchronized(lock_, [&] {
         const auto found = uploadedMomentIdForInstanceId_.find(instanceId, instanceIdAt());
-        return found ? std::optional(records_[*found].momentId) : std::nullopt;
+        return found ? std::optional(std::string(records_[*found].momentId())) : std::nullopt;
     });
 }
 

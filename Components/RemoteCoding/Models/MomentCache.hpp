@@ -95,8 +95,14 @@ private:
 
     /// A moment and an instance that were cached together. Kept while any of the three says something that is not said anew.
     struct UploadedMoment {
-        std::string momentId;
-        std::string instanceId;
+        [[nodiscard]] std::string_view momentId() const { return {ids.data(), momentIdSize}; }
+        [[nodiscard]] std::string_view instanceId() const {
+            return {ids.data() + momentIdSize, ids.size() - momentIdSize};
+        }
+
+        std::string
+            ids;  ///< the moment's and behind it the instance's: whoever compares one of them mostly reads the other next
+        std::size_t momentIdSize = 0;
         const std::string* rowId = nullptr;  ///< the instance's row at the time it was cached
         Position nextFree = nowhere;
         bool isOfMoment = false;    ///< the moment stands for this instance
@@ -104,19 +110,18 @@ private:
         bool isDeletion = false;    ///< the moment was the instance's, and was deleted
     };
 
-    void cacheInstance(const TimelineInstanceProtocol& instance, std::string momentId,
-                       const std::string& rowId);
+    void cacheInstance(const std::string& instanceId, const std::string& momentId, const std::string& rowId);
     void deleteMoment(Position position);
-    [[nodiscard]] Position add(std::string momentId, const std::string& instanceId);
+    [[nodiscard]] Position add(const std::string& momentId, const std::string& instanceId);
     /// The record does not say that any more.
     void end(std::optional<Position> position, bool UploadedMoment::* what);
 
     [[nodiscard]] const UploadedMoment* uploadedMoment(const std::string& momentId) const;
     [[nodiscard]] auto momentIdAt() const {
-        return [this](Position position) -> std::string_view { return records_[position].momentId; };
+        return [this](Position position) -> std::string_view { return records_[position].momentId(); };
     }
     [[nodiscard]] auto instanceIdAt() const {
-        return [this](Position position) -> std::string_view { return records_[position].instanceId; };
+        return [this](Position position) -> std::string_view { return records_[position].instanceId(); };
     }
 
     LogManagerProtocol& log_;
