@@ -58,13 +58,17 @@ Timeline::appendRemoteInstance(const std::string& code, const std::string& exter
 std::shared_ptr<TimelineInstance> Timeline::updateRemoteInstance(const std::string& instanceId,
                                                                  const std::string& rowId, ClipValues values,
                                                                  const EditNumbers& taken) {
-    auto* entry = instanceLog_.findPresent(instanceId);
+    auto* entry = instanceLog_.find(instanceId);
     if (entry == nullptr || entry->object->row_.lock()->uniqueId() != rowId) {
         return nullptr;
     }
-    const TimelineComponentEdit edit(*this);
     auto instance = entry->object;
     const EditNumbers numbers = instance->editNumbers();
+    keepsItsName_ = numbers.code > taken.code ? rowId : std::string();  // with a deleted clip on it, too
+    if (entry->removed) {
+        return nullptr;
+    }
+    const TimelineComponentEdit edit(*this);
     const ClipValues& mine = instance->values_;
     if (numbers.times > taken.times) {
         values.startTime = mine.startTime;
@@ -73,7 +77,6 @@ std::shared_ptr<TimelineInstance> Timeline::updateRemoteInstance(const std::stri
     if (numbers.notes > taken.notes) {
         values.notes = mine.notes;
     }
-    keepsItsName_ = numbers.code > taken.code ? rowId : std::string();
     setValues(*entry, std::move(values), nullptr);
     return instance;
 }

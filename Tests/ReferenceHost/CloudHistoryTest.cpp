@@ -248,6 +248,9 @@ TEST(CloudHistory, ARowsNewNameWaitsForNoClipThatHasItInTheCloudOrThatNobodyElse
     ann.service->removeMoments(team, video, session, id, {*clip->externalId()}, [](const auto&) {});
     time.runFor(Base::Seconds(10));
     ann.timeline->renameRow(row->uniqueId(), "Score");
+    EXPECT_EQ(moment.updateOnTimeline(ann.timeline, clip->uniqueId(), row->uniqueId()), nullptr);
+    ann.timeline->codingTarget()->setRowNameWithRowNum(0, moment.code());
+    EXPECT_EQ(row->name(), "Score") << "News of a deleted clip is no newer than those of another.";
     ann.timeline->restoreInstance(clip->uniqueId());
     EXPECT_EQ(listed(), "Score");
 }
