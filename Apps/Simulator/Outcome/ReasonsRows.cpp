@@ -138,6 +138,14 @@ bool waitsForRenaming(const UserEdit& edit, const UserEdit& renaming) {
            renaming.at <= edit.at && (renaming.row == edit.row || renaming.oldName == edit.name);
 }
 
+/// It does so itself, or something that was done to the row before.
+bool waitsWithItsRow(const History& history, const UserEdit& edit, const UserEdit& renaming) {
+    return std::ranges::any_of(history.edits, [&](const UserEdit& earlier) {
+        return earlier.kind >= EditKind::addRow && earlier.row == edit.row && earlier.stay == edit.stay &&
+               earlier.at <= edit.at && waitsForRenaming(earlier, renaming);
+    });
+}
+
 /// The row that had the name has got that of one of its clips, whose user had it under another name.
 bool followedAClip(const History& history, const StayHistory& stay, const Loss& loss) {
     return std::ranges::any_of(stay.target, [&](std::size_t at) {
@@ -223,7 +231,7 @@ Reason whyRowEditIsLost(const History& history, const Loss& loss) {
         const bool wasDoneWhileJoining =
             renaming.stay == never && stay.joining < renaming.at && renaming.at < stay.stay->from;
         if ((!wasDoneWhileJoining && renaming.stay != loss.edit->stay) ||
-            !waitsForRenaming(*loss.edit, renaming)) {
+            !waitsWithItsRow(history, *loss.edit, renaming)) {
             continue;
         }
         // Nothing writes the row's clips with a name that it got before the session was there.
