@@ -132,21 +132,12 @@ private:
         const CodeRecord* row = code(edit.name);
         if (row != nullptr && edit.color != textOf(row->color) &&
             !isDisputed(edit, [&](const UserEdit& other) {
-                return colors(other, edit.name) || takesAway(other, edit.name) || colorsAsBefore(other, edit);
+                return colors(other, edit.name) || takesAway(other, edit.name) ||
+                       colorsByItsFormerName(other, edit.name);
             })) {
             report(LossKind::recolorLost, edit, edit.name,
                    "is " + textOf(row->color) + " and was to be " + std::string(edit.color));
         }
-    }
-
-    /// The other analyst has coloured the row, too, by the name that it had before this one renamed it.
-    [[nodiscard]] bool colorsAsBefore(const UserEdit& other, const UserEdit& edit) const {
-        return other.kind == EditKind::recolorRow &&
-               std::ranges::any_of(edits_, [&](const UserEdit* renaming) {
-                   return renaming->kind == EditKind::renameRow && renaming->timelineId == edit.timelineId &&
-                          renaming->row == edit.row && renaming->at < edit.at &&
-                          renaming->name == edit.name && renaming->oldName == other.name;
-               });
     }
 
     /// The row was being given that name, and the edit's author did not know.
