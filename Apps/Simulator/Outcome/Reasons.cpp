@@ -10,6 +10,27 @@ bool isRemoval(const UserEdit& edit) {
     return edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow;
 }
 
+bool bringsBack(const UserEdit& edit) {
+    return edit.kind == EditKind::restoreClip || edit.kind == EditKind::restoreRow;
+}
+
+/// The clip's moment is gone, its user has taken the deletion back, and this was not sent: why that is. What is done to the clip then
+/// is sent to the moment that is gone.
+Reason whyReturnIsUnsent(const History& history, const Loss& loss) {
+    const std::string_view timelineId = history.stays[loss.stay].stay->timelineId;
+    const auto undo = std::find_if(history.edits.rbegin(), history.edits.rend(), [&](const UserEdit& edit) {
+        return edit.timelineId == timelineId && bringsBack(edit) &&
+               std::ranges::find(edit.clips, loss.clip) != edit.clips.end();
+    });
+    const bool wasCreatedSince =
+        undo != history.edits.rend() && std::ranges::any_of(history.calls, [&](const Call& call) {
+            return call.at > undo->at && call.name == "createMoments" &&
+                   std::ranges::find(call.ids, loss.clip) != call.ids.end();
+        });
+    return undo == history.edits.rend() || wasCreatedSince ? std::nullopt
+                                                           : whyNotSent(history, *undo, loss.clip, {});
+}
+
 /// A clip of the timeline and its moment differ.
 Reason whyClipDiffers(const History& history, const Loss& loss) {
     const StayHistory& stay = history.stays[loss.stay];
@@ -48,8 +69,11 @@ Reason whyClipDiffers(const History& history, const Loss& loss) {
     if (loss.kind != LossKind::clipExtra) {
         return std::nullopt;
     }
-    const Reason reason = whyNotTakenAway(history, loss);
-    return reason ? reason : whyThereTwice(history, loss);  // and one of the two was taken away
+    if (const Reason reason = whyNotTakenAway(history, loss)) {
+        return reason;
+    }
+    const Reason reason = whyThereTwice(history, loss);  // and one of the two was taken away
+    return reason ? reason : whyReturnIsUnsent(history, loss);
 }
 
 }  // namespace
@@ -131,7 +155,16 @@ Reason explain(const History& history, const Loss& loss) {
     if (isOfValues && wasSentAnew(history, loss.moment)) {
         return LossClass::deletedWhileAway;
     }
-    return whyOfBroughtBack(history, loss);
+    if (const Reason reason = whyOfBroughtBack(history, loss)) {
+        return reason;
+    }
+    // Brought back by a user whose timeline was never told that the moment is gone.
+    const MomentHistory* moment = history.moment(loss.moment);
+    const bool isGone = loss.kind == LossKind::tagLost && bringsBack(*loss.edit) && moment != nullptr &&
+                        !moment->lives && !moment->changes.empty();
+    return isGone && whyNotTakenAway(history, loss) == LossClass::deletedWhileAway
+               ? Reason(LossClass::deletedWhileAway)
+               : std::nullopt;
 }
 
 }  // namespace Simulator
