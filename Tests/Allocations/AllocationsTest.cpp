@@ -87,12 +87,12 @@ TEST_F(AllocationsTest, IdleWorkTakesNothing) {
 }
 
 TEST_F(AllocationsTest, AnEventTakesWhatItsBlockAndItsTextsNeed) {
-    // The block and its list; the list of those that are new; the text that the clip gives of its moment; two texts in the
-    // cache; now and then room in it for several.
+    // The block and its list; the list of those that are new; the text that the clip gives of its moment; the text of both ids
+    // in the cache; now and then room in it for several.
     EXPECT_LE(
         beyondTheHost(Type::momentsAdded, makeMoments(clips, events),
                       [&](const auto& moment) { (void)moment.appendToTimeline(bare.timelinePointer()); }),
-        5.3);
+        5.1);
     // The block and its list; the two texts that say where the clip is.
     EXPECT_LE(beyondTheHost(Type::momentsUpdated, some,
                             [&](const auto& moment) {
