@@ -50,6 +50,11 @@ struct UserEdit {
     std::vector<std::string_view> moments;  ///< as many; empty where none was known
 };
 
+/// Takes the deletion of a clip, or of a row with its clips, back.
+[[nodiscard]] inline bool bringsBack(const UserEdit& edit) {
+    return edit.kind == EditKind::restoreClip || edit.kind == EditKind::restoreRow;
+}
+
 /// One upload of a synchroniser: what the user changed with these counts.
 struct Upload {
     std::size_t start = never;

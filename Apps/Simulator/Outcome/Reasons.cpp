@@ -10,10 +10,6 @@ bool isRemoval(const UserEdit& edit) {
     return edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow;
 }
 
-bool bringsBack(const UserEdit& edit) {
-    return edit.kind == EditKind::restoreClip || edit.kind == EditKind::restoreRow;
-}
-
 /// The clip's moment is gone, its user has taken the deletion back, and this was not sent: why that is. What is done to the clip then
 /// is sent to the moment that is gone.
 Reason whyReturnIsUnsent(const History& history, const Loss& loss) {

@@ -44,10 +44,6 @@ bool wasPutOntoAnotherRow(const MomentHistory& moment, const Loss& loss, std::si
     });
 }
 
-bool bringsBack(const UserEdit& edit) {
-    return edit.kind == EditKind::restoreClip || edit.kind == EditKind::restoreRow;
-}
-
 }  // namespace
 
 Reason whyNeverNamed(const History& history, const Loss& loss) {

@@ -78,10 +78,6 @@ bool isGoneBy(const History& history, std::string_view id, std::uint64_t sequenc
            moment->changes.back()->sequence <= sequence;
 }
 
-bool bringsBack(const UserEdit& edit) {
-    return edit.kind == EditKind::restoreClip || edit.kind == EditKind::restoreRow;
-}
-
 bool takesAway(const UserEdit& edit) {
     return edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow;
 }
