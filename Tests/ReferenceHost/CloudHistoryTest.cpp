@@ -170,12 +170,16 @@ TEST(CloudHistory, FollowsFromTheAcceptedCallsAndReachesEverySubscriber) {
     EXPECT_GT(renewals, 20) << "The links hardly dropped: the test has lost its point.";
 }
 
-TEST(CloudHistory, WhatATimelineWasNamesAndSavesNothingOnceItIsPublishedAnewOrClosed) {
-    VirtualTime time(1);
-    VirtualScheduler scheduler(time);
-    Trace trace([&] { return time.now(); });
-    CloudService cloud(scheduler);
-    Client ann("Ann", time, cloud, trace);
+/// One client alone with the cloud.
+struct OneClientTest : testing::Test {
+    VirtualTime time{1};
+    VirtualScheduler scheduler{time};
+    Trace trace{[this] { return time.now(); }};
+    CloudService cloud{scheduler};
+    Client ann{"Ann", time, cloud, trace};
+};
+
+TEST_F(OneClientTest, WhatATimelineWasNamesAndSavesNothingOnceItIsPublishedAnewOrClosed) {
     const auto create = [&](const char* videoId, const std::string& session, const Instances& clips) {
         auto ids = std::make_shared<std::vector<std::string>>();
         ann.service->createMoments(team, videoId, session, ann.timeline->uniqueId(),
@@ -211,12 +215,7 @@ TEST(CloudHistory, WhatATimelineWasNamesAndSavesNothingOnceItIsPublishedAnewOrCl
         << "Others may have changed the list, and the closed timeline knows of no edit.";
 }
 
-TEST(CloudHistory, ARowsNewNameWaitsForNoClipThatHasItInTheCloudOrThatNobodyElseHas) {
-    VirtualTime time(1);
-    VirtualScheduler scheduler(time);
-    Trace trace([&] { return time.now(); });
-    CloudService cloud(scheduler);
-    Client ann("Ann", time, cloud, trace);
+TEST_F(OneClientTest, ARowsNewNameWaitsForNoClipThatHasItInTheCloudOrThatNobodyElseHas) {
     const std::string session = cloud.createTaggingSession(team, video, "Ann");
     const auto row = ann.timeline->addRow("Shot", {});
     const auto id = ann.timeline->uniqueId();
