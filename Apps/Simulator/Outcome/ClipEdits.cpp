@@ -105,7 +105,7 @@ std::vector<SharedClip> findSharedClips(const History& history) {
 
 const Call* callThatBrought(const History& history, const SharedClip& clip, const UserEdit& edit) {
     const auto isTold = [&](const ReferenceHost::AcceptedCall& accepted) {
-        if (edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow) {
+        if (takesAway(edit)) {
             return accepted.operation == CloudOperation::removeMoments &&
                    std::ranges::any_of(accepted.momentIds, [&](const std::string& id) {
                        return std::ranges::find(clip.moments, id) != clip.moments.end();

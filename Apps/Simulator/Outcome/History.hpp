@@ -55,6 +55,11 @@ struct UserEdit {
     return edit.kind == EditKind::restoreClip || edit.kind == EditKind::restoreRow;
 }
 
+/// Deletes a clip, or a row with its clips.
+[[nodiscard]] inline bool takesAway(const UserEdit& edit) {
+    return edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow;
+}
+
 /// One upload of a synchroniser: what the user changed with these counts.
 struct Upload {
     std::size_t start = never;

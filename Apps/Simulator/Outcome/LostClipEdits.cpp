@@ -16,10 +16,6 @@ bool isBirth(const UserEdit& edit) {
            edit.kind == EditKind::restoreRow;
 }
 
-bool isDeath(const UserEdit& edit) {
-    return edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow;
-}
-
 bool setsTimes(const UserEdit& edit) { return edit.kind == EditKind::retime || isBirth(edit); }
 
 bool setsNotes(const UserEdit& edit) { return edit.kind == EditKind::note || isBirth(edit); }
@@ -65,7 +61,7 @@ private:
     }
 
     void judgeExistence() {
-        const Edits last = lastWords([](const UserEdit& edit) { return isBirth(edit) || isDeath(edit); });
+        const Edits last = lastWords([](const UserEdit& edit) { return isBirth(edit) || takesAway(edit); });
         if (living_.size() > 1) {
             report(LossKind::clipDoubled, clip_.edits.empty() ? nullptr : clip_.edits.back(),
                    "is there more than once");
@@ -77,7 +73,7 @@ private:
         const bool shouldLive =
             std::ranges::all_of(last, [](const UserEdit* edit) { return isBirth(*edit); });
         const bool shouldBeGone =
-            std::ranges::all_of(last, [](const UserEdit* edit) { return isDeath(*edit); });
+            std::ranges::all_of(last, [](const UserEdit* edit) { return takesAway(*edit); });
         if (shouldLive && !lives) {
             report(LossKind::tagLost, last.back(), "is not in the cloud");
         }

@@ -6,10 +6,6 @@ namespace Simulator {
 
 namespace {
 
-bool isRemoval(const UserEdit& edit) {
-    return edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow;
-}
-
 /// The clip's moment is gone, its user has taken the deletion back, and this was not sent: why that is. What is done to the clip then
 /// is sent to the moment that is gone.
 Reason whyReturnIsUnsent(const History& history, const Loss& loss) {
@@ -38,7 +34,7 @@ Reason whyClipDiffers(const History& history, const Loss& loss) {
     const UserEdit* edit = lastEditOf(history, stay.stay->timelineId, clips);
     if (edit != nullptr) {
         const std::string_view clip = *std::ranges::find_first_of(edit->clips, clips);
-        const bool isAboutIt = loss.kind == LossKind::clipMissing ? isRemoval(*edit) : !isRemoval(*edit);
+        const bool isAboutIt = loss.kind == LossKind::clipMissing ? takesAway(*edit) : !takesAway(*edit);
         if (isAboutIt) {
             if (const Reason reason = whyNotSent(history, *edit, clip, loss.moment)) {
                 return reason;
@@ -49,7 +45,7 @@ Reason whyClipDiffers(const History& history, const Loss& loss) {
         return std::nullopt;
     }
     if (loss.kind == LossKind::clipMissing) {
-        const bool isDeleted = edit != nullptr && isRemoval(*edit);
+        const bool isDeleted = edit != nullptr && takesAway(*edit);
         const Reason reason =
             isDeleted
                 ? whyNotDeleted(history, *edit, *std::ranges::find_first_of(edit->clips, clips), loss.moment)

@@ -16,10 +16,6 @@ bool restores(const UserEdit& edit) {
     return edit.kind == EditKind::restoreClip || edit.kind == EditKind::restoreRow;
 }
 
-bool takesAway(const UserEdit& edit) {
-    return edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow;
-}
-
 /// When the moment was deleted; 0: it was not.
 std::uint64_t deletionOf(const MomentHistory& moment) {
     const auto& last = *moment.changes.back();

@@ -39,8 +39,7 @@ std::string_view editedMoment(const Loss& loss) {
 Reason whyDeletedUnsent(const History& history, const Loss& loss) {
     const StayHistory& stay = history.stays[loss.edit->stay];
     const auto removal = std::ranges::find_if(history.edits, [&](const UserEdit& edit) {
-        return edit.at > loss.edit->at && edit.timelineId == loss.edit->timelineId &&
-               (edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow) &&
+        return edit.at > loss.edit->at && edit.timelineId == loss.edit->timelineId && takesAway(edit) &&
                std::ranges::find(edit.clips, loss.clip) != edit.clips.end();
     });
     if (removal == history.edits.end() || std::ranges::any_of(stay.uploads, [&](const Upload& upload) {

@@ -33,10 +33,6 @@ bool wasNeverFetched(const StayHistory& stay) {
     return !stay.stay->isHost && std::ranges::none_of(stay.arrivals, &Arrival::isPull);
 }
 
-bool tookAway(const UserEdit& edit) {
-    return edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow;
-}
-
 /// The clip was made in place of one of the moment's two that stood on another row.
 bool wasPutOntoAnotherRow(const MomentHistory& moment, const Loss& loss, std::size_t after) {
     return std::ranges::any_of(moment.placements, [&](const Placement& placement) {
@@ -107,7 +103,7 @@ Reason whyThereTwice(const History& history, const Loss& loss) {
                 continue;
             }
             const auto place = std::ranges::find(edit.moments, loss.moment);
-            if (edit.at < placement.at && tookAway(edit) && place != edit.moments.end()) {
+            if (edit.at < placement.at && takesAway(edit) && place != edit.moments.end()) {
                 removal = &edit;
                 other = edit.clips[static_cast<std::size_t>(place - edit.moments.begin())];
             } else if (removal != nullptr && edit.at > placement.at && bringsBack(edit) &&

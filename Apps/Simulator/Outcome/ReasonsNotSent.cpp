@@ -15,10 +15,6 @@ std::int64_t numberOf(std::string_view text) {
     return value;
 }
 
-bool isTakenAway(const UserEdit& edit) {
-    return edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow;
-}
-
 /// The moment that the clip stood for; empty: none, or the edit is not of this clip.
 std::string_view momentOf(const UserEdit& edit, std::string_view clip) {
     const auto place = std::ranges::find(edit.clips, clip);
@@ -28,7 +24,7 @@ std::string_view momentOf(const UserEdit& edit, std::string_view clip) {
 
 /// The cloud has refused the write of this moment.
 bool wasRefused(const History& history, const UserEdit& edit, std::string_view moment) {
-    const std::string_view operation = isTakenAway(edit) ? "removeMoments" : "updateMoments";
+    const std::string_view operation = takesAway(edit) ? "removeMoments" : "updateMoments";
     return std::ranges::any_of(history.stays[edit.stay].calls, [&](std::size_t number) {
         const Call& call = history.calls[number];
         return call.at > edit.at && call.isFalse && call.name == operation &&

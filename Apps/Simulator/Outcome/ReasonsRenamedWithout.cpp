@@ -113,7 +113,7 @@ private:
         for (const UserEdit& edit : history_.edits) {
             const auto place = std::ranges::find(edit.moments, other_.last->id);
             if (edit.timelineId == timelineId() && edit.at < rename_->at && place != edit.moments.end() &&
-                (edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow)) {
+                takesAway(edit)) {
                 return whyNotSent(history_, edit, {}, *place);
             }
         }

@@ -78,10 +78,6 @@ bool isGoneBy(const History& history, std::string_view id, std::uint64_t sequenc
            moment->changes.back()->sequence <= sequence;
 }
 
-bool takesAway(const UserEdit& edit) {
-    return edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow;
-}
-
 /// The edit, or the one before it in its stay that took the clip's deletion back; null: there is none since the last deletion.
 const UserEdit* undoBefore(const History& history, const UserEdit& edit, std::string_view clip) {
     const UserEdit* undo = nullptr;

@@ -69,7 +69,7 @@ private:
     Reason whyTakenAway(const Placement& placement) const {
         const UserEdit* removal = nullptr;
         for (const UserEdit& edit : history_.edits) {
-            const bool removes = edit.kind == EditKind::removeClip || edit.kind == EditKind::removeRow;
+            const bool removes = takesAway(edit);
             if (removes && edit.timelineId == stay_.stay->timelineId && edit.at < placement.at &&
                 std::ranges::find(edit.clips, loss_.clip) != edit.clips.end()) {
                 removal = &edit;
