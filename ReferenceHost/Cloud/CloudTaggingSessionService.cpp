@@ -126,12 +126,9 @@ void CloudTaggingSessionService::savePresentationView(const std::string& teamId,
                                                       RemoteCoding::RowList rows,
                                                       Base::Completion<std::string> completion) {
     static_cast<void>(name);  // always empty
-    auto codes = std::make_shared<std::vector<CodeRecord>>();
-    codes->reserve(rows->size());
     std::shared_ptr<Timeline> timeline;
     bool isOurs = false;
     for (const auto& row : *rows) {
-        codes->push_back(CodeRecord{row->name(), row->color()});
         const auto ours = timeline ? nullptr : std::dynamic_pointer_cast<TimelineRow>(row);
         isOurs = isOurs || ours;
         timeline = ours ? ours->timeline() : timeline;
@@ -151,6 +148,13 @@ void CloudTaggingSessionService::savePresentationView(const std::string& teamId,
             }
             completion(std::move(saved));
         };
+    }
+    // A first list holds all edits. That is why the rows are read after them, and those of now: these may have been captured before.
+    rows = timeline && edits ? timeline->allRows() : rows;
+    auto codes = std::make_shared<std::vector<CodeRecord>>();
+    codes->reserve(rows->size());
+    for (const auto& row : *rows) {
+        codes->push_back(CodeRecord{row->name(), row->color()});
     }
     CloudCall call =
         callOf(CloudOperation::savePresentationView, teamId, videoId, taggingSessionId, timelineId);

@@ -23,8 +23,9 @@ void insert(Codes& codes, CodeRecord code, const RowEdit& edit) {
     codes.insert(place, std::move(code));
 }
 
+using Kind = RowEdit::Kind;
+
 void apply(const RowEdit& edit, Codes& codes) {
-    using Kind = RowEdit::Kind;
     const auto row = find(codes, edit.kind == Kind::rename ? edit.oldName : edit.name);
     if (row == codes.end()) {
         // New, or taken away or renamed by somebody who did not know of this edit.
@@ -58,11 +59,38 @@ void apply(const RowEdit& edit, Codes& codes) {
     }
 }
 
+/// The list has had the row's next colour or place since.
+bool isOutdated(const RowEdit& edit, const NumberedRowEdits& taken) {
+    return (edit.kind == Kind::recolor || edit.kind == Kind::move) &&
+           std::any_of(taken.upper_bound(edit.number), taken.end(), [&](const auto& later) {
+               return later.second.kind == edit.kind && later.second.name == edit.name;
+           });
+}
+
+/// The row loses its name. What was done to another one that has got it since, was done to this one.
+void applyAgain(const RowEdit& edit, const NumberedRowEdits& taken, Codes& codes) {
+    const std::string& name = edit.kind == Kind::rename ? edit.oldName : edit.name;
+    for (auto later = taken.upper_bound(edit.number); later != taken.end(); ++later) {
+        if (later->second.name == name) {
+            apply(later->second, codes);
+        }
+    }
+}
+
 }  // namespace
 
-std::vector<CodeRecord> withEdits(std::vector<CodeRecord> codes, const RowEdits& edits) {
+std::vector<CodeRecord> withEdits(std::vector<CodeRecord> codes, const RowEdits& edits,
+                                  const NumberedRowEdits& taken) {
     for (const RowEdit& edit : edits) {
+        if (isOutdated(edit, taken)) {
+            continue;
+        }
+        const bool losesItsName = (edit.kind == Kind::rename && find(codes, edit.oldName) != codes.end()) ||
+                                  (edit.kind == Kind::remove && find(codes, edit.name) != codes.end());
         apply(edit, codes);
+        if (losesItsName) {
+            applyAgain(edit, taken, codes);
+        }
     }
     return codes;
 }

@@ -1,7 +1,5 @@
 #include "ReferenceHost/Cloud/StoredSession.hpp"
 
-#include "ReferenceHost/Cloud/CodeListMerge.hpp"
-
 #include <algorithm>
 #include <iterator>
 #include <unordered_set>
@@ -124,11 +122,7 @@ void StoredSession::savePresentationView(const CloudRules& rules, CloudService::
                                          const std::optional<RowEdits>& edits) {
     Base::synchronized(lock_, [&] {
         const std::uint64_t before = changes_.size();
-        const RowEdits newEdits = edits ? takeNewEdits(timelineId, *edits) : RowEdits();
-        // The first list may be older than the edits that come with it.
-        presentationView_ = edits ? std::make_shared<const std::vector<CodeRecord>>(
-                                        withEdits(presentationView_ ? *presentationView_ : *codes, newEdits))
-                                  : codes;
+        presentationView_ = edits ? listWith(timelineId, codes, *edits) : codes;
         RemoteChange change;
         change.client = client;
         change.type = TaggingSessionChangeType::presentationViewUpdated;
@@ -145,13 +139,24 @@ void StoredSession::savePresentationView(const CloudRules& rules, CloudService::
     });
 }
 
-/// Those of the edits that the list does not have yet.
-RowEdits StoredSession::takeNewEdits(const std::string& timelineId, const RowEdits& edits) {
-    std::set<std::uint64_t>& taken = takenRowEdits_[timelineId];
+/// The list with those of the edits that it does not have yet. The first one is as the timeline is, with all of them, also those that
+/// wait: made to it once more, later, they would undo what others have done to it since.
+CodeList StoredSession::listWith(const std::string& timelineId, const CodeList& codes,
+                                 const RowEdits& edits) {
+    NumberedRowEdits& taken = takenRowEdits_[timelineId];
     RowEdits newEdits;
-    std::ranges::copy_if(edits, std::back_inserter(newEdits),
-                         [&](const RowEdit& edit) { return taken.insert(edit.number).second; });
-    return newEdits;
+    std::ranges::copy_if(edits, std::back_inserter(newEdits), [&](const RowEdit& edit) {
+        return !taken.contains(edit.number) && !(edit.waits && presentationView_);
+    });
+    auto list =
+        presentationView_
+            ? std::make_shared<const std::vector<CodeRecord>>(withEdits(*presentationView_, newEdits, taken))
+            : codes;
+    for (RowEdit& edit : newEdits) {
+        const std::uint64_t number = edit.number;
+        taken.emplace(number, std::move(edit));
+    }
+    return list;
 }
 
 TaggingSessionRecord StoredSession::record() const {

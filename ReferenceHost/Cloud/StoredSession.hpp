@@ -3,12 +3,12 @@
 #include "Base/Synchronized.hpp"
 #include "ReferenceHost/Cloud/CloudRules.hpp"
 #include "ReferenceHost/Cloud/CloudService.hpp"
+#include "ReferenceHost/Cloud/CodeListMerge.hpp"
 #include "ReferenceHost/Cloud/RemoteRecords.hpp"
 
 #include <list>
 #include <map>
 #include <optional>
-#include <set>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -62,7 +62,7 @@ private:
     std::string add(const std::string& timelineId, const MomentDraft& draft);
     void remove(const std::string& momentId);
     std::vector<MomentPointer> stateOf(const std::vector<std::string>& momentIds);
-    RowEdits takeNewEdits(const std::string& timelineId, const RowEdits& edits);
+    CodeList listWith(const std::string& timelineId, const CodeList& codes, const RowEdits& edits);
     void tell(const CloudRules& rules, RemoteChange change);
     void tellMoments(const CloudRules& rules, CloudService::ClientId client,
                      RemoteCoding::TaggingSessionChangeType type, std::vector<MomentPointer> moments);
@@ -77,7 +77,7 @@ private:
     std::unordered_map<std::string, std::list<MomentPointer>::iterator> momentsById_;
     std::map<Origin, std::string> idsByOrigin_;
     CodeList presentationView_;
-    std::map<std::string, std::set<std::uint64_t>> takenRowEdits_;  // by timeline: those that the list has
+    std::map<std::string, NumberedRowEdits> takenRowEdits_;  // by timeline: those that the list has
     std::vector<ChangePointer> changes_;  // the change with sequence n stands at index n - 1
     std::vector<AcceptedCall> log_;
     std::map<CloudService::SubscriberId, Follower> followers_;

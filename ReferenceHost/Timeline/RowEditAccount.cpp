@@ -31,6 +31,13 @@ void RowEditAccount::add(RowEdit edit, std::shared_ptr<const TimelineRow> row,
 
 void RowEditAccount::follow(const TimelineRow& row, const std::string& oldName, const std::string& newName) {
     synchronized(lock_, [&] {
+        const auto isUnsaved = [&](const Entry& entry, RowEdit::Kind kind) {
+            return entry.row.get() == &row && entry.edit.kind == kind && entry.savedIn.empty();
+        };
+        if (std::ranges::none_of(
+                entries_, [&](const Entry& entry) { return isUnsaved(entry, RowEdit::Kind::remove); })) {
+            std::erase_if(entries_, [&](const Entry& entry) { return isUnsaved(entry, RowEdit::Kind::add); });
+        }
         for (Entry& entry : entries_) {
             if (entry.row.get() == &row && entry.edit.name == oldName) {
                 entry.edit.name = newName;
@@ -83,10 +90,11 @@ RowEdits RowEditAccount::unsaved(const std::string& sessionId, std::uint64_t wri
         if (isNameTaken || (!removed.contains(entry.row.get()) && mustWait(entry, isRemoved))) {
             waiting.try_emplace(entry.row.get(), isRename ? entry.edit.oldName : entry.edit.name);
         }
+        edits.push_back(entry.edit);
         if (waiting.contains(entry.row.get())) {
+            edits.back().waits = true;
             continue;
         }
-        edits.push_back(entry.edit);
         if (const auto found = waiting.find(entry.above.get()); found != waiting.end()) {
             edits.back().newAbove = *std::exchange(edits.back().above, found->second);
         }
@@ -97,7 +105,8 @@ RowEdits RowEditAccount::unsaved(const std::string& sessionId, std::uint64_t wri
 void RowEditAccount::areSaved(const std::string& sessionId, const RowEdits& edits) {
     synchronized(lock_, [&] {
         for (Entry& entry : entries_) {
-            if (std::ranges::find(edits, entry.edit.number, &RowEdit::number) != edits.end()) {
+            const auto edit = std::ranges::find(edits, entry.edit.number, &RowEdit::number);
+            if (edit != edits.end() && !edit->waits) {
                 entry.savedIn.insert(sessionId);
             }
         }

@@ -25,16 +25,17 @@ public:
     /// `above`: the row above it afterwards; null: it is the first.
     void add(RowEdit edit, std::shared_ptr<const TimelineRow> row, std::shared_ptr<const TimelineRow> above);
 
-    /// Somebody else has given the row another name: what is not saved yet is saved with that one.
+    /// Somebody else has given the row another name: what is not saved yet is saved with that one. But whoever has renamed the row
+    /// brings it into the list: added later, too, it would be back after they have removed it.
     void follow(const TimelineRow& row, const std::string& oldName, const std::string& newName);
 
-    /// Those that can be saved in this session and are not, in order. A row's new name, and what was done to the row afterwards, can
-    /// be saved when the moments of the row's clips have been written with it: whoever gets the list before them takes the row for a
-    /// new one. Another row that has got its former name waits with it: in the list that name is still the first row's. Nobody has the
-    /// clip of a moment that is removed.
+    /// Those that are not saved in this session, in order, and which of them wait. A row's new name, and what was done to the row
+    /// afterwards, can be saved when the moments of the row's clips have been written with it: whoever gets the list before them takes
+    /// the row for a new one. Another row that has got its former name waits with it: in the list that name is still the first row's.
+    /// Nobody has the clip of a moment that is removed.
     [[nodiscard]] RowEdits unsaved(const std::string& sessionId, std::uint64_t writer,
                                    const MomentCondition& isRemoved = {});
-    void areSaved(const std::string& sessionId, const RowEdits& edits);
+    void areSaved(const std::string& sessionId, const RowEdits& edits);  ///< but for those that wait
 
     /// What is done between two sessions, after the edit of this number, is not saved in the second: its list comes first. Nor is
     /// what was done before, when the second is another one. `lastWriter`: the writer that was made last by then.

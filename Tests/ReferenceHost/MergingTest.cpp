@@ -120,6 +120,28 @@ TEST_F(MergingTest, TheListTakesEachEditOfEachTimelineOnce) {
     EXPECT_EQ(save("ann", "D*", std::nullopt), "D*") << "Without an account of edits the list is replaced.";
 }
 
+TEST_F(MergingTest, TheListTakesEditsThatComeLateForWhatTheyWere) {
+    const auto numbered = [](std::uint64_t number, RowEdit edit, bool waits = false) {
+        edit.number = number;
+        edit.waits = waits;
+        return edit;
+    };
+    const RowEdit renamed = edit(Kind::rename, "B", "", "A");
+    const RowEdit colored = edit(Kind::recolor, "B*");
+    EXPECT_EQ(save("ann", "B* C", RowEdits{numbered(1, renamed, true), numbered(2, colored, true)}), "B* C");
+    EXPECT_EQ(save("ben", "", RowEdits{numbered(1, edit(Kind::recolor, "B"))}), "B C");
+    EXPECT_EQ(save("ann", "", RowEdits{numbered(1, renamed), numbered(2, colored)}), "B C")
+        << "They waited for their clips, and the first list had them.";
+    EXPECT_EQ(save("ann", "", RowEdits{numbered(4, edit(Kind::add, "C", "B")), numbered(6, colored)}),
+              "B* C");
+    EXPECT_EQ(save("ann", "",
+                   RowEdits{numbered(3, edit(Kind::rename, "D", "B", "C")),
+                            numbered(5, edit(Kind::recolor, "B")), numbered(7, renamed, true)}),
+              "B* C D")
+        << "An earlier session of the timeline saves last: C is another row by now, and B has another "
+           "colour.";
+}
+
 TEST_F(MergingTest, AMomentTakesEachPartFromWhoeverSetItLast) {
     EXPECT_EQ(write("ann", {1, 1, 1}, "Shot", 1, "n"), "Shot 1-2 n");
     EXPECT_EQ(write("ben", {0, 1, 0}, "Pass", 5, "m"), "Shot 5-6 n") << "He has set the times only.";
@@ -139,11 +161,13 @@ struct UserEditsTest : testing::Test {
         options.makeId = [&lastId] { return std::to_string(++lastId); };
         return Timeline::make(std::move(options));
     }
-    /// The names of the rows whose edits wait to be saved in that session.
+    /// The names of the rows whose edits can be saved in that session.
     std::string unsaved(const std::string& session = "one", std::uint64_t writer = 1) {
         std::string words;
         for (const RowEdit& edit : timeline->rowEdits().unsaved(session, writer)) {
-            words += (words.empty() ? "" : " ") + edit.name + (edit.above ? "<" + *edit.above : "");
+            words += edit.waits
+                         ? ""
+                         : (words.empty() ? "" : " ") + edit.name + (edit.above ? "<" + *edit.above : "");
         }
         return words;
     }
@@ -169,7 +193,9 @@ TEST_F(UserEditsTest, OnlyWhatTheUserHasDoneToRowsIsSavedAndOnceInEachSession) {
     EXPECT_EQ(unsaved(), "Shot<Others") << "It was made while the others were on their way.";
     EXPECT_EQ(unsaved("two"), "Shot Pass<Shot Shot<Others");
     save();
-    EXPECT_EQ(unsaved(), "");
+    (void)add("Goal");
+    timeline->codingTarget()->setRowNameWithRowNum(3, "Score");
+    EXPECT_EQ(unsaved(), "") << "Whoever has renamed the new row brings it into the list.";
 }
 
 TEST_F(UserEditsTest, ARowsNewNameWaitsUntilTheClipsThatWereOnItAreWrittenWithIt) {
@@ -184,7 +210,7 @@ TEST_F(UserEditsTest, ARowsNewNameWaitsUntilTheClipsThatWereOnItAreWrittenWithIt
     timeline->addRow("Corner", grey, 1);
     (void)add("Shot");
     EXPECT_EQ(unsaved(), "Corner<Shot") << "The row has its old name in the list, so no other can have it.";
-    EXPECT_EQ(timeline->rowEdits().unsaved("one", 1).front().newAbove, "Goal") << "A first list has that.";
+    EXPECT_EQ(timeline->rowEdits().unsaved("one", 1)[2].newAbove, "Goal") << "A first list has that.";
     timeline->appendRemoteInstance("Goal", "another", 3, 4, {}, grey);
     const auto partial = timeline->timelineFromModifyCount(0, false);  // an upload writes such copies
     const auto copies = partial->allRows()->front()->allInstances();
