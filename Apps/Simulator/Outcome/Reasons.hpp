@@ -21,6 +21,12 @@ using Reason = std::optional<LossClass>;
 /// A row of the timeline, or the order of its rows, is not as in the shared list.
 [[nodiscard]] Reason whyRowDiffers(const History& history, const Loss& loss);
 
+/// A row of the timeline, without clips, is not in the shared list.
+[[nodiscard]] Reason whyNotListed(const History& history, const Loss& loss);
+
+/// The last list that came to the timeline before that entry; null: none.
+[[nodiscard]] const Arrival* lastList(const StayHistory& stay, std::size_t before = never);
+
 /// The shared list does not have this edit, though it was sent.
 [[nodiscard]] Reason whyRowEditIsLost(const History& history, const Loss& loss);
 

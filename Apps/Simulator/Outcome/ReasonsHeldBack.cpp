@@ -50,6 +50,37 @@ bool wasWrittenSince(const History& history, const UserEdit& edit, std::string_v
     });
 }
 
+/// When the renaming was sent, the timeline had fetched nothing yet, and nothing had brought the moment in this stay: to its
+/// synchroniser the row was a new one, and its name is then none for the clips.
+bool wasSentBeforeTheFetch(const History& history, const UserEdit& edit, std::string_view moment) {
+    const StayHistory& stay = history.stays[edit.stay];
+    const MomentHistory* found = history.moment(moment);
+    std::size_t sent = 0;
+    for (const Upload& upload : stay.uploads) {
+        if (upload.start > edit.at && upload.covers(edit.count)) {
+            sent = std::max(sent, upload.start);
+        }
+    }
+    return sent != 0 && !stay.stay->isHost && found != nullptr &&
+           std::ranges::none_of(
+               stay.arrivals,
+               [&](const Arrival& arrival) { return arrival.isPull && arrival.start < sent; }) &&
+           std::ranges::none_of(found->placements, [&](const Placement& placement) {
+               return placement.stay == edit.stay && placement.at < sent;
+           });
+}
+
+/// The fetch that came later has put a clip of the row onto one of the old name.
+bool lostAClipToTheFetch(const History& history, const UserEdit& renaming) {
+    return std::ranges::any_of(history.moments, [&](const auto& entry) {
+        const auto& [id, moment] = entry;
+        const bool wasMoved = std::ranges::any_of(moment.placements, [&](const Placement& placement) {
+            return placement.stay == renaming.stay && placement.at > renaming.at && placement.how == "moved";
+        });
+        return wasMoved && hadCode(moment, renaming.oldName) && wasSentBeforeTheFetch(history, renaming, id);
+    });
+}
+
 /// The row was renamed, and a clip that is on it was not sent with the new name.
 Reason whyAClipIsNotSent(const History& history, const UserEdit& renaming) {
     const StayHistory& stay = history.stays[renaming.stay];
@@ -63,6 +94,9 @@ Reason whyAClipIsNotSent(const History& history, const UserEdit& renaming) {
         }
         if (const Reason reason = whyRowIsUnlisted(history, renaming, *clip.momentId)) {
             return reason;
+        }
+        if (wasSentBeforeTheFetch(history, renaming, *clip.momentId)) {
+            return LossClass::neverFetched;
         }
     }
     return std::nullopt;
@@ -121,6 +155,9 @@ Reason whyRowIsUnlisted(const History& history, const UserEdit& renaming, std::s
 Reason whyNameIsHeldBack(const History& history, const UserEdit& renaming) {
     if (const Reason reason = whyAClipIsNotSent(history, renaming)) {
         return reason;
+    }
+    if (lostAClipToTheFetch(history, renaming)) {
+        return LossClass::neverFetched;
     }
     if (wasRefusedForAClip(history, renaming)) {
         return LossClass::answeredFalse;

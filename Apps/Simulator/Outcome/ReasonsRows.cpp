@@ -9,8 +9,6 @@
 
 namespace Simulator {
 
-using RemoteCoding::TaggingSessionChangeType;
-
 namespace {
 
 /// The last one that concerns the row, or the order of all.
@@ -26,45 +24,10 @@ const UserEdit* lastRowEdit(const History& history, const Loss& loss) {
     return found != history.edits.rend() ? &*found : nullptr;
 }
 
-bool bringsAList(const StayHistory& stay, const Arrival& arrival) {
-    return arrival.isPull || (arrival.sequence != 0 && arrival.sequence <= stay.session->changes.size() &&
-                              stay.session->changes[arrival.sequence - 1]->type ==
-                                  TaggingSessionChangeType::presentationViewUpdated);
-}
-
 /// The last list that came before this entry came while the timeline could not be edited.
 bool missedTheLastList(const History& history, const StayHistory& stay, std::size_t before) {
-    const auto found =
-        std::find_if(stay.arrivals.rbegin(), stay.arrivals.rend(), [&](const Arrival& arrival) {
-            return arrival.at < before && bringsAList(stay, arrival);
-        });
-    return found != stay.arrivals.rend() && hadNoTarget(history, stay, found->at);
-}
-
-/// The row was kept for a clip that nobody else has, and that was deleted when the last list had come.
-Reason whyKeptForAClip(const History& history, const StayHistory& stay, const Loss& loss) {
-    const auto list = std::find_if(stay.arrivals.rbegin(), stay.arrivals.rend(),
-                                   [&](const Arrival& arrival) { return bringsAList(stay, arrival); });
-    if (list == stay.arrivals.rend()) {
-        return std::nullopt;
-    }
-    for (const UserEdit& removal : history.edits) {
-        if (removal.kind != EditKind::removeClip || removal.timelineId != stay.stay->timelineId ||
-            removal.name != loss.row || removal.at < list->at) {
-            continue;
-        }
-        const auto tag = std::ranges::find_if(history.edits, [&](const UserEdit& edit) {
-            return edit.kind == EditKind::tag && edit.timelineId == removal.timelineId &&
-                   edit.clips == removal.clips;
-        });
-        if (tag == history.edits.end()) {
-            continue;
-        }
-        if (const Reason reason = whyNotSent(history, *tag, removal.clips.front())) {
-            return reason;
-        }
-    }
-    return std::nullopt;
+    const Arrival* list = lastList(stay, before);
+    return list != nullptr && hadNoTarget(history, stay, list->at);
 }
 
 bool savedTheList(const History& history, const StayHistory& stay, const Upload& upload) {
@@ -86,26 +49,6 @@ bool wasTakenForKnown(const History& history, const UserEdit& edit) {
                    });
                });
     });
-}
-
-/// The rows that a hosted timeline had from the start: its first upload sends them.
-Reason whyFirstListWasNotSent(const History& history, const Loss& loss) {
-    const StayHistory& stay = history.stays[loss.stay];
-    const auto first = std::ranges::find(stay.uploads, std::int64_t(1), &Upload::first);
-    if (!stay.stay->isHost || first == stay.uploads.end() ||
-        std::ranges::any_of(stay.calls, [&](std::size_t number) {
-            const Call& call = history.calls[number];
-            return call.name == "savePresentationView" && call.accepted != nullptr;
-        })) {
-        return std::nullopt;
-    }
-    UserEdit row;
-    row.at = stay.stay->from;
-    row.stay = loss.stay;
-    row.kind = EditKind::addRow;
-    row.timelineId = stay.stay->timelineId;
-    row.count = first->first;
-    return whyNotSent(history, row);
 }
 
 bool isRemovalOf(const ReferenceHost::TraceEntry& entry, std::string_view timelineId) {
@@ -144,6 +87,15 @@ bool waitsWithItsRow(const History& history, const UserEdit& edit, const UserEdi
         return earlier.kind >= EditKind::addRow && earlier.row == edit.row && earlier.stay == edit.stay &&
                earlier.at <= edit.at && waitsForRenaming(earlier, renaming);
     });
+}
+
+/// Before the session was there, in this stay of the timeline or in an earlier one.
+bool wasDoneBeforeItsSession(const History& history, const StayHistory& stay, const UserEdit& edit) {
+    return edit.stay == never && std::ranges::any_of(history.stays, [&](const StayHistory& joined) {
+               return joined.session == stay.session && joined.stay->timelineId == stay.stay->timelineId &&
+                      joined.stay->from <= stay.stay->from && joined.joining < edit.at &&
+                      edit.at < joined.stay->from;
+           });
 }
 
 /// The row that had the name has got that of one of its clips, whose user had it under another name.
@@ -188,10 +140,7 @@ Reason whyRowDiffers(const History& history, const Loss& loss) {
         return LossClass::noCodingTarget;
     }
     if (loss.kind == LossKind::rowExtra) {
-        if (const Reason reason = whyFirstListWasNotSent(history, loss)) {
-            return reason;
-        }
-        if (const Reason reason = whyKeptForAClip(history, stay, loss)) {
+        if (const Reason reason = whyNotListed(history, loss)) {
             return reason;
         }
     }
@@ -228,8 +177,7 @@ Reason whyRowEditIsLost(const History& history, const Loss& loss) {
         return LossClass::left;
     }
     for (const UserEdit& renaming : history.edits) {
-        const bool wasDoneWhileJoining =
-            renaming.stay == never && stay.joining < renaming.at && renaming.at < stay.stay->from;
+        const bool wasDoneWhileJoining = wasDoneBeforeItsSession(history, stay, renaming);
         if ((!wasDoneWhileJoining && renaming.stay != loss.edit->stay) ||
             !waitsWithItsRow(history, *loss.edit, renaming)) {
             continue;
