@@ -22,8 +22,8 @@ public:
     /// Of an entry: its place among all that were ever added.
     using Number = Base::IdIndex::Position;
 
-    /// Stays where it is until the next one is added.
-    struct Entry {
+    /// Stays where it is until the next one is added. An edit of one that was not used for long waits for its memory once.
+    struct alignas(64) Entry {
         Entry(std::shared_ptr<Object> object_, Number number_)
             : object(std::move(object_)), number(number_), id(object->uniqueId()) {}
 

@@ -4,6 +4,7 @@
 #include "ReferenceHost/Timeline/TimelineRow.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace ReferenceHost {
@@ -25,14 +26,19 @@ bool operator==(const ClipValues& left, const ClipValues& right) {
 
 TimelineInstance::TimelineInstance(std::string uniqueId, std::weak_ptr<TimelineRow> row, ClipValues values,
                                    std::int64_t order, bool isShared)
-    : uniqueId_(std::move(uniqueId)),
-      row_(std::move(row)),
-      order_(order),
+    : row_(std::move(row)),
+      values_(std::move(values)),
       isShared_(isShared),
-      values_(std::move(values)) {}
+      order_(order),
+      uniqueId_(std::move(uniqueId)) {}
+
+const Base::ObjectLock& TimelineInstance::lock() const {
+    static const std::array<Base::ObjectLock, 64> locks;
+    return locks[reinterpret_cast<std::uintptr_t>(this) / sizeof(TimelineInstance) % locks.size()];
+}
 
 std::optional<std::string> TimelineInstance::externalId() const {
-    return synchronized(lock_, [this] { return externalId_; });
+    return synchronized(lock(), [this] { return externalId_; });
 }
 
 void TimelineInstance::setExternalId(std::optional<std::string> externalId) {
@@ -47,19 +53,19 @@ void TimelineInstance::setExternalId(std::optional<std::string> externalId) {
 std::shared_ptr<RemoteCoding::TimelineRowProtocol> TimelineInstance::row() const { return row_.lock(); }
 
 double TimelineInstance::startTime() const {
-    return synchronized(lock_, [this] { return values_.startTime; });
+    return synchronized(lock(), [this] { return values_.startTime; });
 }
 
 double TimelineInstance::endTime() const {
-    return synchronized(lock_, [this] { return values_.endTime; });
+    return synchronized(lock(), [this] { return values_.endTime; });
 }
 
 std::string TimelineInstance::notes() const {
-    return synchronized(lock_, [this] { return values_.notes; });
+    return synchronized(lock(), [this] { return values_.notes; });
 }
 
 ClipValues TimelineInstance::values() const {
-    return synchronized(lock_, [this] { return values_; });
+    return synchronized(lock(), [this] { return values_; });
 }
 
 std::shared_ptr<TimelineInstance> TimelineInstance::detachedCopy(std::weak_ptr<TimelineRow> row) {
@@ -71,9 +77,12 @@ std::shared_ptr<TimelineInstance> TimelineInstance::detachedCopy(std::weak_ptr<T
 }
 
 EditNumbers TimelineInstance::editNumbers() const {
-    EditNumbers numbers = synchronized(lock_, [this] { return numbers_; });
+    const EditNumbers numbers = synchronized(lock(), [this] { return numbers_; });
     const auto row = row_.lock();
-    const std::uint64_t ofName = row ? row->nameEditNumber() : 0;
+    return withName(numbers, row ? row->nameEditNumber() : 0);
+}
+
+EditNumbers TimelineInstance::withName(EditNumbers numbers, std::uint64_t ofName) const {
     if (ofName > arrivedAfter_) {
         numbers.code = std::max(numbers.code, ofName);
     }
@@ -90,7 +99,7 @@ void TimelineInstance::didWrite(const EditNumbers& numbers) {
         original->didWrite(numbers);
         return;
     }
-    synchronized(lock_, [&] {
+    synchronized(lock(), [&] {
         written_.code = std::max(written_.code, numbers.code);
         written_.times = std::max(written_.times, numbers.times);
         written_.notes = std::max(written_.notes, numbers.notes);
@@ -98,7 +107,7 @@ void TimelineInstance::didWrite(const EditNumbers& numbers) {
 }
 
 EditNumbers TimelineInstance::written() const {
-    return synchronized(lock_, [this] { return written_; });
+    return synchronized(lock(), [this] { return written_; });
 }
 
 void TimelineInstance::tellCode(std::optional<std::string> code, std::uint64_t number) {
@@ -106,7 +115,7 @@ void TimelineInstance::tellCode(std::optional<std::string> code, std::uint64_t n
         original->tellCode(std::move(code), number);
         return;
     }
-    synchronized(lock_, [&] {
+    synchronized(lock(), [&] {
         isTold_ = true;
         std::swap(toldCode_, code);
         toldNumber_ = number;
@@ -114,18 +123,19 @@ void TimelineInstance::tellCode(std::optional<std::string> code, std::uint64_t n
 }
 
 bool TimelineInstance::isTold() const {
-    return synchronized(lock_, [this] { return isTold_ || externalId_; });
+    return synchronized(lock(), [this] { return isTold_ || externalId_; });
 }
 
 std::optional<std::uint64_t> TimelineInstance::toldWith(const std::string& code) const {
-    return synchronized(lock_, [&] { return toldCode_ == code ? std::optional(toldNumber_) : std::nullopt; });
+    return synchronized(lock(),
+                        [&] { return toldCode_ == code ? std::optional(toldNumber_) : std::nullopt; });
 }
 
 bool TimelineInstance::standFor(const std::string& sessionId, std::uint64_t momentNumber) {
     if (const auto original = original_.lock()) {
         return original->standFor(sessionId, momentNumber);
     }
-    return synchronized(lock_, [&] {
+    return synchronized(lock(), [&] {
         auto last = std::ranges::find(lastMoment_, sessionId, &std::pair<std::string, std::uint64_t>::first);
         if (last == lastMoment_.end()) {
             last = lastMoment_.insert(last, {sessionId, 0});
@@ -137,15 +147,15 @@ bool TimelineInstance::standFor(const std::string& sessionId, std::uint64_t mome
 }
 
 void TimelineInstance::setEditNumber(std::uint64_t EditNumbers::* part, std::uint64_t number) {
-    synchronized(lock_, [&] { numbers_.*part = number; });
+    synchronized(lock(), [&] { numbers_.*part = number; });
 }
 
 void TimelineInstance::setValues(ClipValues values) {
-    synchronized(lock_, [&] { std::swap(values_, values); });
+    synchronized(lock(), [&] { std::swap(values_, values); });
 }
 
 void TimelineInstance::writeExternalId(std::optional<std::string> externalId) {
-    synchronized(lock_, [&] { std::swap(externalId_, externalId); });
+    synchronized(lock(), [&] { std::swap(externalId_, externalId); });
 }
 
 }  // namespace ReferenceHost

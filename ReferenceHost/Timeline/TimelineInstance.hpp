@@ -97,21 +97,27 @@ private:
     /// Writes the id without telling the timeline.
     void writeExternalId(std::optional<std::string> externalId);
 
+    /// One of some that all clips share: its own would be a sixth of the object. The main thread, which alone writes what it
+    /// guards, reads that without it.
+    [[nodiscard]] const Base::ObjectLock& lock() const;
+
+    /// `ofName`: the edit that gave the clip's row its name.
+    [[nodiscard]] EditNumbers withName(EditNumbers numbers, std::uint64_t ofName) const;
+
     // A timeline has many of these, and an edit finds its clip in no cache: what edits need stands together.
-    const std::string uniqueId_;
     const std::weak_ptr<TimelineRow> row_;
-    const std::int64_t order_;
     /// Of one from elsewhere: the user's last edit before. Not written once others see the clip.
     std::uint64_t arrivedAfter_ = 0;
+    EditNumbers numbers_;                    // guarded by `lock()`
+    ClipValues values_;                      // guarded by `lock()`
+    std::optional<std::string> externalId_;  // guarded by `lock()`
     const bool isShared_;
     bool onRow_ = true;           // guarded by the row's lock
     bool deletedByUser_ = false;  // while it is removed; main thread only
+    const std::int64_t order_;
+    const std::string uniqueId_;
 
-    /// Guards the rest but `original_`. The main thread, which alone writes, reads the values and the `externalId` without it.
-    Base::ObjectLock lock_;
-    EditNumbers numbers_;
-    ClipValues values_;
-    std::optional<std::string> externalId_;
+    // `lock()` guards the rest as well, but `original_`.
     EditNumbers written_;
     bool isTold_ = false;
     std::optional<std::string> toldCode_;

@@ -59,11 +59,15 @@ std::shared_ptr<TimelineInstance> Timeline::updateRemoteInstance(const std::stri
                                                                  const std::string& rowId, ClipValues values,
                                                                  const EditNumbers& taken) {
     auto* entry = instanceLog_.find(instanceId);
-    if (entry == nullptr || entry->object->row_.lock()->uniqueId() != rowId) {
+    if (entry == nullptr) {
         return nullptr;
     }
     auto instance = entry->object;
-    const EditNumbers numbers = instance->editNumbers();
+    const auto row = instance->row_.lock();
+    if (row->uniqueId() != rowId) {
+        return nullptr;
+    }
+    const EditNumbers numbers = instance->withName(instance->numbers_, row->nameEditNumber_);
     keepsItsName_ = numbers.code > taken.code ? rowId : std::string();  // with a deleted clip on it, too
     if (entry->removed) {
         return nullptr;

@@ -18,9 +18,9 @@ constexpr std::int64_t clips = 2'000;
 constexpr std::int64_t events = 200;
 
 double allocationsOf(std::int64_t operations, const std::function<void()>& work) {
-    const auto before = heapNow().allocations;
+    const auto before = allocationsSoFar();
     work();
-    return static_cast<double>(heapNow().allocations - before) / static_cast<double>(operations);
+    return static_cast<double>(allocationsSoFar() - before) / static_cast<double>(operations);
 }
 
 class AllocationsTest : public testing::Test {
@@ -87,13 +87,13 @@ TEST_F(AllocationsTest, IdleWorkTakesNothing) {
 }
 
 TEST_F(AllocationsTest, AnEventTakesWhatItsBlockAndItsTextsNeed) {
-    // The block and its list; the list of those that are new; the text that the clip gives of its moment; the text of both ids
-    // in the cache; now and then room in it for several.
+    // The block and its list; the list of those that are new; the text that the clip gives of its moment; now and then room in
+    // the cache for several.
     EXPECT_LE(
         beyondTheHost(Type::momentsAdded, makeMoments(clips, events),
                       [&](const auto& moment) { (void)moment.appendToTimeline(bare.timelinePointer()); }),
-        5.1);
-    // The block and its list; the two texts that say where the clip is.
+        4.1);
+    // The block and its list.
     EXPECT_LE(beyondTheHost(Type::momentsUpdated, some,
                             [&](const auto& moment) {
                                 const auto clip = bareClip(moment);
@@ -101,7 +101,7 @@ TEST_F(AllocationsTest, AnEventTakesWhatItsBlockAndItsTextsNeed) {
                                                               clip->row()->uniqueId());
                                 clip->setExternalId(moment.identifier());
                             }),
-              4.1);
+              2.1);
     // As above, and the list of the moments' ids with one text.
     EXPECT_LE(beyondTheHost(Type::momentsDeleted, some,
                             [&](const auto& moment) {
@@ -109,13 +109,11 @@ TEST_F(AllocationsTest, AnEventTakesWhatItsBlockAndItsTextsNeed) {
                                 bare.timeline().codingTarget()->removeInstanceWithRowId(
                                     clip->row()->uniqueId(), clip->uniqueId());
                             }),
-              6.1);
+              4.1);
 }
 
-TEST_F(AllocationsTest, AMomentIsHeldInLessThan240Bytes) {
-    const auto before = heapNow().bytes;
-    desk.dropService();
-    EXPECT_LT(before - heapNow().bytes, 240 * clips);
+TEST_F(AllocationsTest, AMomentIsHeldInLessThan200Bytes) {
+    EXPECT_LT(-bytesGained([&] { desk.dropService(); }), 200 * clips);
 }
 
 }  // namespace

@@ -156,7 +156,8 @@ TEST_F(MomentCacheTest, AnyOrderOfRecordsAndDeletionsIsRememberedAsByThreeMaps) 
     };
     ReferenceHost::SeededRandom random(11);
     for (int turn = 0; turn < 5'000; ++turn) {
-        const std::string moment = "moment " + std::to_string(random.below(6));
+        // One that has room beside its clip's, and one that has not.
+        const std::string moment = std::string(turn % 2 == 0 ? 8 : 80, 'm') + std::to_string(random.below(6));
         if (random.chance(0.6)) {
             const auto& clip = clips[random.below(clips.size())];
             clip->setExternalId(moment);

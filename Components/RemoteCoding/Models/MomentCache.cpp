@@ -96,15 +96,14 @@ void MomentCache::cacheInstance(const std::string& instanceId, const std::string
 }
 
 MomentCache::Position MomentCache::add(const std::string& momentId, const std::string& instanceId) {
+    IdPair ids(momentId, instanceId);
     if (firstFree_ == nowhere) {
         records_.emplace_back();
         firstFree_ = static_cast<Position>(records_.size() - 1);
     }
     const Position position = firstFree_;
     UploadedMoment& record = records_[position];
-    record.ids.reserve(momentId.size() + instanceId.size());
-    record.ids.append(momentId).append(instanceId);
-    record.momentIdSize = momentId.size();
+    record.ids = std::move(ids);
     firstFree_ = std::exchange(record.nextFree, nowhere);
     return position;
 }

@@ -5,6 +5,7 @@
 #include "Base/Synchronized.hpp"
 #include "Components/RemoteCoding/HostInterfaces/LogManagerProtocol.hpp"
 #include "Components/RemoteCoding/HostInterfaces/TimelineProtocol.hpp"
+#include "Components/RemoteCoding/Models/IdPair.hpp"
 
 #include <cstdint>
 #include <memory>
@@ -95,14 +96,10 @@ private:
 
     /// A moment and an instance that were cached together. Kept while any of the three says something that is not said anew.
     struct UploadedMoment {
-        [[nodiscard]] std::string_view momentId() const { return {ids.data(), momentIdSize}; }
-        [[nodiscard]] std::string_view instanceId() const {
-            return {ids.data() + momentIdSize, ids.size() - momentIdSize};
-        }
+        [[nodiscard]] std::string_view momentId() const { return ids.first(); }
+        [[nodiscard]] std::string_view instanceId() const { return ids.second(); }
 
-        std::string
-            ids;  ///< the moment's and behind it the instance's: whoever compares one of them mostly reads the other next
-        std::size_t momentIdSize = 0;
+        IdPair ids;
         const std::string* rowId = nullptr;  ///< the instance's row at the time it was cached
         Position nextFree = nowhere;
         bool isOfMoment = false;    ///< the moment stands for this instance

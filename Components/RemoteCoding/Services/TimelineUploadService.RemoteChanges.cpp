@@ -3,6 +3,7 @@
 #include "Components/RemoteCoding/Models/ErrorLog.hpp"
 
 #include <algorithm>
+#include <utility>
 
 namespace RemoteCoding {
 
@@ -164,12 +165,13 @@ void TimelineUploadService::addMoment(const std::shared_ptr<TimelineProtocol>& t
 void TimelineUploadService::updateMomentsOnTimeline(const std::shared_ptr<TimelineProtocol>& timeline,
                                                     const Moments& moments) {
     checkIsMainThread(updateFunction);
-    ClipPlace place;
+    ClipPlace place = std::move(place_);
     for (const auto& moment : moments) {
         if (moment) {
             attempt(updateFunction, [&] { updateMoment(timeline, *moment, place); });
         }
     }
+    place_ = std::move(place);
 }
 
 void TimelineUploadService::updateMoment(const std::shared_ptr<TimelineProtocol>& timeline,
@@ -214,10 +216,11 @@ void TimelineUploadService::followCode(const std::shared_ptr<TimelineProtocol>& 
 void TimelineUploadService::deleteMomentsOnTimeline(const std::shared_ptr<TimelineProtocol>& timeline,
                                                     const std::vector<std::string>& momentIds) {
     checkIsMainThread(deleteFunction);
-    ClipPlace place;
+    ClipPlace place = std::move(place_);
     for (const std::string& momentId : momentIds) {
         attempt(deleteFunction, [&] { deleteMoment(timeline, momentId, place); });
     }
+    place_ = std::move(place);
 }
 
 void TimelineUploadService::deleteMoment(const std::shared_ptr<TimelineProtocol>& timeline,

@@ -247,6 +247,7 @@ private:
     Base::Throttler updateTevuTaggingSessionThrottler_;
     std::atomic<bool> isSyncingCancelled_ = false;
     MomentCache momentCache_;
+    ClipPlace place_;  ///< between two changes: room for the texts of the next one; says nothing
     std::int64_t lastModifyCount_ = 0;
     TaggingSessionSubscription taggingSessionSubscription_;
     const std::shared_ptr<GraphQLTaggingSessionProtocol> graphQLClient_;
