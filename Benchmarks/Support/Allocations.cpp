@@ -10,6 +10,7 @@ namespace {
 
 std::atomic<std::uint64_t> allocations{0};
 std::atomic<std::int64_t> heldBytes{0};
+std::atomic<bool> bytesAreCounted{false};
 
 /// glibc keeps a block's size in front of it.
 constexpr std::int64_t blockHeader = 8;
@@ -23,15 +24,17 @@ void* counted(void* block) {
         throw std::bad_alloc();
     }
     allocations.fetch_add(1, std::memory_order_relaxed);
-    heldBytes.fetch_add(footprint(block), std::memory_order_relaxed);
+    if (bytesAreCounted.load(std::memory_order_relaxed)) {
+        heldBytes.fetch_add(footprint(block), std::memory_order_relaxed);
+    }
     return block;
 }
 
 void release(void* block) noexcept {
-    if (block != nullptr) {
+    if (block != nullptr && bytesAreCounted.load(std::memory_order_relaxed)) {
         heldBytes.fetch_sub(footprint(block), std::memory_order_relaxed);
-        std::free(block);
     }
+    std::free(block);
 }
 
 }  // namespace
@@ -49,8 +52,14 @@ void operator delete(void* block, std::size_t, std::align_val_t) noexcept { rele
 
 namespace Benchmarks {
 
-Heap heapNow() {
-    return {allocations.load(std::memory_order_relaxed), heldBytes.load(std::memory_order_relaxed)};
+std::uint64_t allocationsSoFar() { return allocations.load(std::memory_order_relaxed); }
+
+std::int64_t bytesGained(const std::function<void()>& work) {
+    const std::int64_t before = heldBytes.load(std::memory_order_relaxed);
+    bytesAreCounted.store(true, std::memory_order_relaxed);
+    work();
+    bytesAreCounted.store(false, std::memory_order_relaxed);
+    return heldBytes.load(std::memory_order_relaxed) - before;
 }
 
 }  // namespace Benchmarks

@@ -1,15 +1,15 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 namespace Benchmarks {
 
-/// What this program has taken from the heap, all threads together.
-struct Heap {
-    std::uint64_t allocations = 0;  ///< ever made
-    std::int64_t bytes = 0;         ///< held now, with what the allocator adds to each block
-};
+/// How often this program has taken something from the heap, all threads together.
+[[nodiscard]] std::uint64_t allocationsSoFar();
 
-[[nodiscard]] Heap heapNow();
+/// By how much what it holds on the heap has grown after the work, with what the allocator adds to each block. Takes time
+/// for each block, which is why it is not counted beside times.
+[[nodiscard]] std::int64_t bytesGained(const std::function<void()>& work);
 
 }  // namespace Benchmarks

@@ -16,6 +16,7 @@ struct Trial {
     std::int64_t operations;  ///< what times and counts are divided by
     std::function<void()> run;
     std::function<std::vector<double>()> mainJobs;  ///< after `run`: how many seconds each took; may be empty
+    bool countsBytes = false;                       ///< and is not timed
 };
 
 /// "what/component" and "what/floor" are the two sides of one row.

@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <iostream>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 #if __has_include(<valgrind/callgrind.h>)
@@ -43,13 +44,15 @@ void measure(benchmark::State& state, const Case& measured) {
     for (auto _ : state) {
         const Trial trial = measured.prepare(state.range(0));
         operations = trial.operations;
-        const auto before = Benchmarks::heapNow();
+        const auto allocationsBefore = Benchmarks::allocationsSoFar();
         const double start = Benchmarks::cpuSeconds();
-        trial.run();
+        if (trial.countsBytes) {
+            bytes = Benchmarks::bytesGained(trial.run);
+        } else {
+            trial.run();
+        }
         state.SetIterationTime(Benchmarks::cpuSeconds() - start);
-        const auto after = Benchmarks::heapNow();
-        allocations = after.allocations - before.allocations;
-        bytes = after.bytes - before.bytes;
+        allocations = Benchmarks::allocationsSoFar() - allocationsBefore;
         const auto jobs = trial.mainJobs ? trial.mainJobs() : std::vector<double>();
         if (!jobs.empty()) {
             firstJob = std::min(firstJob, jobs.front());
@@ -92,6 +95,8 @@ int countInstructions(std::string_view filter) {
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
+    // A host has several threads: in a process that never had a second one, locks and reference counts cost less than there.
+    std::thread([] {}).join();
     if (argumentCount > 1 && std::string_view(arguments[1]) == "--instructions") {
         return countInstructions(argumentCount > 2 ? arguments[2] : "");
     }
