@@ -155,9 +155,17 @@ void MomentCache::cacheRows(Rows rows) {
                     errors.add(incompleteRow);
                     continue;
                 }
-                UploadedRow uploaded(row->uniqueId(), row->name(), row->color(), row->rowNum());
-                std::string rowId = uploaded.rowId;
-                uploadedRows_.insert_or_assign(std::move(rowId), std::move(uploaded));
+                const std::string& rowId = row->uniqueId();
+                std::string name = row->name();
+                const Base::Color color = row->color();
+                const std::int64_t rowNum = row->rowNum();
+                const auto [place, isNew] = uploadedRows_.try_emplace(rowId, rowId, name, color, rowNum);
+                if (!isNew) {
+                    UploadedRow& uploaded = place->second;
+                    uploaded.name = std::move(name);
+                    uploaded.color = color;
+                    uploaded.rowNum = rowNum;
+                }
             } catch (...) {
                 errors.add(incompleteRow, Base::describe(std::current_exception()));
             }

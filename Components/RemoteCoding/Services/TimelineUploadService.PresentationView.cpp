@@ -1,9 +1,52 @@
 #include "Components/RemoteCoding/Services/TimelineUploadService.hpp"
 
-#include <algorithm>
-#include <unordered_set>
+#include <unordered_map>
+#include <utility>
 
 namespace RemoteCoding {
+
+/// The rows as they were read last. Names are copies: while one sub-view after the other finds the same rows, each is asked for
+/// its name once.
+class TimelineUploadService::NamedRows {
+public:
+    /// Where the first row of that name stands now; absent when there is none.
+    [[nodiscard]] std::optional<std::size_t> find(const TimelineProtocol& timeline, std::string_view name) {
+        RowList rows = timeline.allRows();
+        const std::int64_t modifyCount = timeline.modifyCount();
+        const bool haveChanged = rows != rows_ || modifyCount != modifyCount_;
+        if (haveChanged) {
+            names_.clear();
+            rows_ = std::move(rows);
+            modifyCount_ = modifyCount;
+        }
+        for (std::size_t position = 0; position < names_.size(); ++position) {
+            if (names_[position] == name) {
+                return position;
+            }
+        }
+        for (std::size_t position = names_.size(); position < rows_->size(); ++position) {
+            std::string next = (*rows_)[position]->name();
+            const bool isFound = next == name;
+            if (!haveChanged) {
+                names_.push_back(std::move(next));
+            }
+            if (isFound) {
+                return position;
+            }
+        }
+        return std::nullopt;
+    }
+
+    /// That `find` has given.
+    [[nodiscard]] const std::shared_ptr<TimelineRowProtocol>& at(std::size_t position) const {
+        return (*rows_)[position];
+    }
+
+private:
+    RowList rows_;
+    std::int64_t modifyCount_ = 0;
+    std::vector<std::string> names_;
+};
 
 void TimelineUploadService::updatePresentationView(
     const std::shared_ptr<TimelineProtocol>& timeline,
@@ -13,13 +56,16 @@ void TimelineUploadService::updatePresentationView(
     if (!presentationView) {
         return;
     }
-    std::unordered_set<std::string_view> names;
-    std::unordered_set<std::string_view> namesToMeet;
+    NamedRows namedRows;
+    std::unordered_map<std::string_view, bool>
+        isToBeMet;  // a name of the view: its row is yet to be recorded
+    isToBeMet.reserve(presentationView->subViews.size());
     std::int64_t viewIndex = 0;
     for (const PresentationViewItem& view : presentationView->subViews) {
-        names.insert(view.name);
-        if (attempt(function, [&] { handlePresentationSubViewUpdate(viewIndex, view, timeline); })) {
-            namesToMeet.insert(view.name);
+        bool& isToMeet = isToBeMet[view.name];
+        if (attempt(function,
+                    [&] { handlePresentationSubViewUpdate(viewIndex, view, timeline, namedRows); })) {
+            isToMeet = true;
         }
         ++viewIndex;
     }
@@ -28,11 +74,12 @@ void TimelineUploadService::updatePresentationView(
     for (const auto& row : *rows) {
         attempt(function, [&] {
             const std::string name = row->name();
-            if (!names.contains(name)) {
+            const auto named = isToBeMet.find(name);
+            if (named == isToBeMet.end()) {
                 if (row->numberOfInstances() == 0) {
                     removeRow(timeline, row->uniqueId());
                 }
-            } else if (namesToMeet.erase(name) > 0 && rowsFollow) {
+            } else if (std::exchange(named->second, false) && rowsFollow) {
                 // The row is now as the view has it, also where it was only shifted. Compared with what was sent or received
                 // earlier, a user who puts it back to just that would not be seen to have changed anything.
                 momentCache_.cacheRows(row);
@@ -50,15 +97,14 @@ void TimelineUploadService::removeRow(const std::shared_ptr<TimelineProtocol>& t
     momentCache_.removeUploadedRow(rowId);
 }
 
-void TimelineUploadService::handlePresentationSubViewUpdate(
-    std::int64_t viewIndex, const PresentationViewItem& view,
-    const std::shared_ptr<TimelineProtocol>& timeline) {
+void TimelineUploadService::handlePresentationSubViewUpdate(std::int64_t viewIndex,
+                                                            const PresentationViewItem& view,
+                                                            const std::shared_ptr<TimelineProtocol>& timeline,
+                                                            NamedRows& namedRows) {
     checkIsMainThread("handlePresentationSubViewUpdate(viewIndex:view:timeline:)");
-    // Read anew for each sub-view: the rows that earlier ones moved and inserted have to be seen.
-    const RowList rows = timeline->allRows();
-    const auto found = std::ranges::find_if(*rows, [&](const auto& row) { return row->name() == view.name; });
+    const auto found = namedRows.find(*timeline, view.name);
     const auto codingTarget = timeline->codingTarget();
-    if (found == rows->end()) {
+    if (!found) {
         if (codingTarget) {
             environment_.logManager.logInfo("Adding a new row from presentation view update");
             // The callback may come after this synchroniser is gone.
@@ -76,8 +122,8 @@ void TimelineUploadService::handlePresentationSubViewUpdate(
     if (!codingTarget) {
         return;
     }
-    const auto& row = *found;
-    const std::int64_t position = found - rows->begin();
+    const std::shared_ptr<TimelineRowProtocol> row = namedRows.at(*found);
+    const auto position = static_cast<std::int64_t>(*found);
     if (position != viewIndex) {
         environment_.logManager.logInfo("Moving row from position " + std::to_string(position) + " to " +
                                         std::to_string(viewIndex) + " from presentation view update");

@@ -234,12 +234,9 @@ std::shared_ptr<TimelineProtocol> TimelineUploadService::timeline() const {
     return component ? component->timelineWith(timelineId_) : nullptr;
 }
 
-void TimelineUploadService::checkIsMainThread(std::string_view function, const Location& location) const {
-    // Asked for each clip: the source's name is worked out only for a report.
-    if (!environment_.execution.isMainThread()) {
-        Base::Threading::checkIsMainThread(environment_.execution, sourceName(location.file_name()), function,
-                                           location.line());
-    }
+void TimelineUploadService::reportWrongThread(std::string_view function, const Location& location) const {
+    Base::Threading::checkIsMainThread(environment_.execution, sourceName(location.file_name()), function,
+                                       location.line());
 }
 
 void TimelineUploadService::checkIsNotMainThread(std::string_view function, const Location& location) const {

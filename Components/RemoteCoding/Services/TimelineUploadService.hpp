@@ -142,6 +142,7 @@ public:
 private:
     struct ChangeSet;
     class LiveInstanceIndex;
+    class NamedRows;
     using Location = std::source_location;
 
     TimelineUploadService(HostEnvironment& environment, std::string timelineId, std::string teamId,
@@ -158,7 +159,13 @@ private:
     /// For a task that counts `backgroundStarts_` down when it ends; logs what the execution throws.
     void startInBackground(Base::Task<void> task, std::string_view function);
     [[nodiscard]] std::shared_ptr<TimelineProtocol> timeline() const;
-    void checkIsMainThread(std::string_view function, const Location& location = Location::current()) const;
+    void checkIsMainThread(std::string_view function, const Location& location = Location::current()) const {
+        // Asked for each clip: the source's name is worked out only for a report.
+        if (!environment_.execution.isMainThread()) {
+            reportWrongThread(function, location);
+        }
+    }
+    void reportWrongThread(std::string_view function, const Location& location) const;
     void checkIsNotMainThread(std::string_view function,
                               const Location& location = Location::current()) const;
     void logUnexpectedFailure(const std::exception_ptr& error, std::string_view function,
@@ -216,7 +223,8 @@ private:
     void deleteMoment(const std::shared_ptr<TimelineProtocol>& timeline, const std::string& momentId,
                       ClipPlace& place);
     void handlePresentationSubViewUpdate(std::int64_t viewIndex, const PresentationViewItem& view,
-                                         const std::shared_ptr<TimelineProtocol>& timeline);
+                                         const std::shared_ptr<TimelineProtocol>& timeline,
+                                         NamedRows& namedRows);
     void removeRow(const std::shared_ptr<TimelineProtocol>& timeline, const std::string& rowId);
     void setLastModifyCount(std::int64_t count, ModifyCountReason reason);
 
