@@ -98,8 +98,7 @@ void MomentCache::cacheInstance(const std::string& instanceId, const std::string
 MomentCache::Position MomentCache::add(const std::string& momentId, const std::string& instanceId) {
     IdPair ids(momentId, instanceId);
     if (firstFree_ == nowhere) {
-        records_.emplace_back();
-        firstFree_ = static_cast<Position>(records_.size() - 1);
+        firstFree_ = records_.add();
     }
     const Position position = firstFree_;
     UploadedMoment& record = records_[position];

@@ -7,6 +7,7 @@
 #include "Components/RemoteCoding/HostInterfaces/TimelineProtocol.hpp"
 #include "Components/RemoteCoding/Models/IdPair.hpp"
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -107,6 +108,32 @@ private:
         bool isDeletion = false;    ///< the moment was the instance's, and was deleted
     };
 
+    /// In pieces: no single moment has to wait until all before it are copied into a larger one.
+    class UploadedMoments {
+    public:
+        [[nodiscard]] UploadedMoment& operator[](Position position) {
+            return (*pieces_[position / perPiece])[position % perPiece];
+        }
+        [[nodiscard]] const UploadedMoment& operator[](Position position) const {
+            return (*pieces_[position / perPiece])[position % perPiece];
+        }
+
+        /// The position of a new one.
+        Position add() {
+            if (count_ == pieces_.size() * perPiece) {
+                pieces_.push_back(std::make_unique<Piece>());
+            }
+            return count_++;
+        }
+
+    private:
+        static constexpr Position perPiece = 256;
+        using Piece = std::array<UploadedMoment, perPiece>;
+
+        std::vector<std::unique_ptr<Piece>> pieces_;
+        Position count_ = 0;
+    };
+
     void cacheInstance(const std::string& instanceId, const std::string& momentId, const std::string& rowId);
     void deleteMoment(Position position);
     [[nodiscard]] Position add(const std::string& momentId, const std::string& instanceId);
@@ -123,7 +150,7 @@ private:
 
     LogManagerProtocol& log_;
     Base::ObjectLock lock_;
-    std::vector<UploadedMoment> records_;
+    UploadedMoments records_;
     Position firstFree_ = nowhere;
     Base::IdIndex uploadedMoments_;                ///< by moment: the records that are its
     Base::IdIndex uploadedMomentIdForInstanceId_;  ///< by instance: the records that are its current ones
