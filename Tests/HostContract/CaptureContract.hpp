@@ -6,6 +6,15 @@
 #include "Tests/HostContract/NamedHost.hpp"
 #include "Tests/HostContract/NotingComponent.hpp"
 
+#include <algorithm>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
 /// The contract of `RemoteCoding::CaptureComponentProtocol` as tests, for any host. Include this header in one source file of a
 /// test program, derive a fixture, and instantiate `CaptureContract` with it.
 namespace HostContract {

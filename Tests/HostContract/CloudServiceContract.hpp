@@ -2,6 +2,11 @@
 
 #include "Tests/HostContract/CloudFixture.hpp"
 
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
 /// The contract of the tagging-session service, the sync library and the fetches of the GraphQL client as tests, for any
 /// host. Include this header in one source file of a test program, derive a `CloudFixture`, and instantiate
 /// `CloudServiceContract` with it.

@@ -2,9 +2,15 @@
 
 #include "Tests/HostContract/TimelineFixture.hpp"
 
+#include <cstddef>
+#include <cstdint>
 #include <limits>
+#include <memory>
+#include <utility>
+#include <vector>
 
-/// The contract of `RemoteCoding::CodingTarget` as tests for any host: more cases of `TimelineContract`.
+/// The contract of `RemoteCoding::CodingTarget` as tests for any host: more cases of `TimelineContract`. Include this
+/// header beside that one, in the same source file.
 namespace HostContract {
 
 inline constexpr auto farPastTheEnd = std::numeric_limits<std::int64_t>::max();

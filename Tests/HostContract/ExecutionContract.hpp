@@ -10,6 +10,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 /// The contract of `Base::ExecutionProtocol` as tests, for any host. Include this header in one source file of a test

@@ -11,6 +11,7 @@
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 /// The contract of `RemoteCoding::NotificationCenterProtocol` as tests, for any host. Include this header in one source

@@ -6,6 +6,13 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace HostContract {
 
 /// Stands in the component's place and notes in words what a host tells it, each with the timeline's id. It has an address for

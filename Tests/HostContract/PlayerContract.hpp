@@ -5,6 +5,14 @@
 #include "Tests/HostContract/NamedHost.hpp"
 #include "Tests/HostContract/NotingComponent.hpp"
 
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
 /// The contract of a host's player as tests: what it tells the component of a live share. Include this header in one source file of
 /// a test program, derive a fixture, and instantiate `PlayerContract` with it.
 namespace HostContract {

@@ -7,6 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <functional>
+#include <memory>
+
 /// Both clocks of the reference host, to make a fixture of either.
 namespace HostContract {
 

@@ -5,6 +5,11 @@
 #include "Tests/HostContract/NamedHost.hpp"
 
 #include <algorithm>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
 
 /// The contract of a host's shutdown as tests: what each step of it leaves behind. Include this header in one source file of a test
 /// program, derive a fixture, and instantiate `ShutdownContract` with it.

@@ -1,13 +1,19 @@
 #pragma once
 
 #include "Base/Error.hpp"
-#include "Tests/HostContract/WindowingContract.hpp"
+#include "Tests/HostContract/WindowingFixture.hpp"
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <utility>
 
 /// The contract of `RemoteCoding::AccountProtocol` and its sign-in flows as tests, for any host. Include this header in one
 /// source file of a test program, derive a `WindowingFixture`, and instantiate `SignInContract` with it.
 namespace HostContract {
 
-class SignInContract : public WindowingContract {
+class SignInContract : public WindowsTest {
 protected:
     using Flow = std::shared_ptr<TevuLoginCoordinatorProtocol>;
 

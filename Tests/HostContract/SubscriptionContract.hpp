@@ -2,6 +2,14 @@
 
 #include "Tests/HostContract/CloudFixture.hpp"
 
+#include <atomic>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
 /// The contract of the GraphQL client's live subscription as tests, for any host. Include this header in one source file of
 /// a test program, derive a `CloudFixture`, and instantiate `SubscriptionContract` with it.
 namespace HostContract {

@@ -4,13 +4,18 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstdint>
 #include <limits>
+#include <string>
 #include <thread>
+#include <vector>
 
 /// The contract of `RemoteCoding::TimelineProtocol`, its rows and instances, as tests for any host. Include
 /// this header in one source file of a test program, derive a `TimelineFixture`, and instantiate
 /// `TimelineContract` with the hosts to test and `TimelineCase::all()`.
 namespace HostContract {
+
+TEST_P(TimelineContract, IsKept) { std::get<1>(GetParam())->run(*std::get<0>(GetParam()).make()); }
 
 const TimelineCase editsCount("EveryEditRaisesTheCountAndIsThenAnnounced", [](TimelineFixture& host) {
     std::string row;

@@ -3,7 +3,13 @@
 #include "Tests/HostContract/CloudFixture.hpp"
 
 #include <chrono>
+#include <memory>
+#include <optional>
 #include <sstream>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
 
 /// The contract of videos, publish sessions and teams as tests, for any host. Include this header in one source file of a test
 /// program, derive a `CloudFixture`, and instantiate `VideosContract` with it.
