@@ -3,6 +3,7 @@
 #include "ReferenceHost/Windowing/Person.hpp"
 #include "Tests/HostContract/ReferenceHostClocks.hpp"
 #include "Tests/HostContract/SignInContract.hpp"
+#include "Tests/HostContract/WindowingContract.hpp"
 
 namespace HostContract {
 
