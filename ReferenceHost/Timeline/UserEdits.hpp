@@ -31,7 +31,7 @@ struct RowEdit {
     Base::Color color;                 ///< afterwards
     std::optional<std::string> above;  ///< the row above it afterwards; absent: it is the first
     std::string newAbove{};            ///< another name of that one, which the list may have already
-    bool waits = false;                ///< it cannot be saved yet; a session's first list holds it all the same
+    bool waits = false;  ///< it cannot be saved yet; a session's first list holds it all the same
 };
 using RowEdits = std::vector<RowEdit>;
 
