@@ -9,7 +9,6 @@
 #include <any>
 #include <exception>
 #include <utility>
-#include <vector>
 
 namespace ReferenceHost {
 
@@ -91,27 +90,28 @@ void NotificationCenter::post(const Notification& notification) {
     if (trace_ != nullptr && trace_->isRecording()) {
         trace_->record(host_, TraceKind::notification, fieldsOf(notification));
     }
-    std::vector<ObserverId> ids;
+    ObserverId last = 0;
     {
         const std::lock_guard lock(mutex_);
-        for (const auto& [id, registration] : registrations_) {
-            if (registration->wants(notification)) {
-                ids.push_back(id);
-            }
+        last = lastId_;
+    }
+    // One after the other, each as it is then: who is told may add and remove observers. Those added meanwhile are not told.
+    for (ObserverId told = 0; const auto registration = nextWanting(notification, told, last);) {
+        tell(*registration, notification);
+    }
+}
+
+std::shared_ptr<const NotificationCenter::Registration>
+NotificationCenter::nextWanting(const Notification& notification, ObserverId& told, ObserverId last) const {
+    const std::lock_guard lock(mutex_);
+    for (auto next = registrations_.upper_bound(told); next != registrations_.end() && next->first <= last;
+         ++next) {
+        if (next->second->wants(notification)) {
+            told = next->first;
+            return next->second;
         }
     }
-    for (const ObserverId id : ids) {
-        std::shared_ptr<Registration> registration;
-        {
-            const std::lock_guard lock(mutex_);
-            if (const auto found = registrations_.find(id); found != registrations_.end()) {
-                registration = found->second;
-            }
-        }
-        if (registration != nullptr) {
-            tell(*registration, notification);
-        }
-    }
+    return nullptr;
 }
 
 void NotificationCenter::tell(const Registration& registration, const Notification& notification) noexcept {

@@ -27,11 +27,15 @@ public:
 private:
     struct Registration;
 
+    /// Of those that were added after `told`, and no later than `last`, the first that wants it: null when there is none. `told`
+    /// becomes that one.
+    [[nodiscard]] std::shared_ptr<const Registration>
+    nextWanting(const RemoteCoding::Notification& notification, ObserverId& told, ObserverId last) const;
     void tell(const Registration& registration, const RemoteCoding::Notification& notification) noexcept;
 
     std::string host_;
     Trace* trace_;
-    std::mutex mutex_;                                                   // guards what follows
+    mutable std::mutex mutex_;                                           // guards what follows
     std::map<ObserverId, std::shared_ptr<Registration>> registrations_;  // ids rise: the order of adding
     ObserverId lastId_ = 0;
 };
