@@ -3,15 +3,21 @@
 #include "Benchmarks/Support/Case.hpp"
 #include "Benchmarks/Support/Desk.hpp"
 
-#include <algorithm>
+#include <string>
+#include <utility>
 
 namespace Benchmarks {
 namespace {
 
 using Type = RemoteCoding::TaggingSessionChangeType;
 
-/// Fewer than the timeline holds, so that it stays of its size.
-std::int64_t eventsOn(std::int64_t clips) { return std::min<std::int64_t>(clips / 10, 1'000); }
+/// So many that the timeline stays of its size; the same share at each size, so that what grows now and then has its part.
+std::int64_t eventsOn(std::int64_t clips) { return clips / 10; }
+
+/// So many that all that grows with the moments has grown at least once.
+std::int64_t eventsToGrowBy(Type type, std::int64_t clips) {
+    return type == Type::momentsAdded ? clips : clips / 2;
+}
 
 /// Moments all over the timeline, each once, not in the order in which they came.
 Moments someOf(const Moments& moments, std::int64_t count) {
@@ -31,8 +37,7 @@ Moments shifted(const Moments& moments) {
     return changed;
 }
 
-Moments momentsFor(Type type, std::int64_t clips) {
-    const auto count = eventsOn(clips);
+Moments momentsFor(Type type, std::int64_t clips, std::int64_t count) {
     if (type == Type::momentsAdded) {
         return makeMoments(clips, count);
     }
@@ -40,42 +45,99 @@ Moments momentsFor(Type type, std::int64_t clips) {
     return type == Type::momentsUpdated ? shifted(some) : some;
 }
 
+using Events = std::vector<RemoteCoding::ChangedTaggingSession>;
+
 /// Each event has one moment.
-Trial events(Type type, std::int64_t clips) {
-    auto desk = std::make_shared<Desk>();
-    desk->join(makeSession(firstMoments(clips)));
-    desk->upload();
-    std::vector<RemoteCoding::ChangedTaggingSession> changes;
-    for (const auto& moment : momentsFor(type, clips)) {
-        changes.emplace_back(Moments{moment}, std::nullopt);
+Events eventsWith(const Moments& moments) {
+    Events events;
+    for (const auto& moment : moments) {
+        events.emplace_back(Moments{moment}, std::nullopt);
     }
+    return events;
+}
+
+Trial events(Type type, std::int64_t clips) {
+    auto desk = joinedDesk(firstMoments(clips));
+    const Events changes = eventsWith(momentsFor(type, clips, eventsOn(clips)));
     return Trial(std::ssize(changes), [desk, type, changes] {
         for (const auto& change : changes) {
-            desk->service().handleTaggingSessionUpdate(type, change);
+            desk->synchroniser().receive(type, change);
         }
     });
 }
 
-Trial eventsFloor(Type type, std::int64_t clips) {
-    auto desk = std::make_shared<Desk>();
-    desk->appendDirectly(firstMoments(clips));
-    const Moments moments = momentsFor(type, clips);
-    return Trial(std::ssize(moments), [desk, type, moments] {
+/// What a floor needs to know of each moment. The clips that are to be added have no place yet.
+struct Edits {
+    Type type;
+    Moments moments;
+    std::vector<Place> places;
+
+    void make(Desk& desk, std::size_t index) const {
+        const auto& moment = *moments[index];
         if (type == Type::momentsAdded) {
-            desk->appendDirectly(moments);
+            desk.remember(moment.identifier(), desk.append(moment)->uniqueId());
             return;
         }
-        for (const auto& moment : moments) {
-            const auto found = desk->table().find(moment->identifier());
-            const auto row = desk->timeline().findInstance(found->second)->row();
-            if (type == Type::momentsUpdated) {
-                (void)moment->updateOnTimeline(desk->timelinePointer(), found->second, row->uniqueId());
-            } else {
-                desk->timeline().codingTarget()->removeInstanceWithRowId(row->uniqueId(), found->second);
-                desk->table().erase(found);
-            }
+        const Place& place = places[index];
+        if (type == Type::momentsUpdated) {
+            desk.update(moment, place);
+        } else {
+            desk.remove(place);
+        }
+        desk.remember(moment.identifier(), place.instanceId);
+    }
+};
+
+std::shared_ptr<Desk> bare(std::int64_t clips) {
+    auto desk = std::make_shared<Desk>();
+    desk->appendAll(firstMoments(clips));
+    desk->makeRoom(2 * clips);
+    return desk;
+}
+
+Edits editsOn(const Desk& desk, Type type, Moments moments) {
+    auto places = type == Type::momentsAdded ? std::vector<Place>() : desk.placesOf(moments);
+    return {type, std::move(moments), std::move(places)};
+}
+
+Trial eventsFloor(Type type, std::int64_t clips) {
+    auto desk = bare(clips);
+    const Edits edits = editsOn(*desk, type, momentsFor(type, clips, eventsOn(clips)));
+    return Trial(std::ssize(edits.moments), [desk, edits] {
+        for (std::size_t index = 0; index < edits.moments.size(); ++index) {
+            edits.make(*desk, index);
         }
     });
+}
+
+/// Each event is a job of its own, until all that grows has grown.
+Trial eventJobs(Type type, std::int64_t clips) {
+    auto desk = joinedDesk(firstMoments(clips));
+    const Events changes = eventsWith(momentsFor(type, clips, eventsToGrowBy(type, clips)));
+    return Trial(
+        std::ssize(changes),
+        [desk, type, changes] {
+            for (const auto& change : changes) {
+                desk->execution().postToMain(
+                    [&desk = *desk, type, &change] { desk.synchroniser().receive(type, change); });
+                desk->execution().runAll();
+            }
+        },
+        executionOf(desk));
+}
+
+Trial eventJobsFloor(Type type, std::int64_t clips) {
+    auto desk = bare(clips);
+    const Edits edits = editsOn(*desk, type, momentsFor(type, clips, eventsToGrowBy(type, clips)));
+    return Trial(
+        std::ssize(edits.moments),
+        [desk, edits] {
+            for (std::size_t index = 0; index < edits.moments.size(); ++index) {
+                desk->execution().postToMain([&desk = *desk, &edits, index] { edits.make(desk, index); });
+                desk->execution().runAll();
+            }
+        },
+        executionOf(desk));
 }
 
 std::vector<Case> cases() {
@@ -83,10 +145,15 @@ std::vector<Case> cases() {
     for (const auto& [name, type] : {std::pair("event, one added", Type::momentsAdded),
                                      std::pair("event, one updated", Type::momentsUpdated),
                                      std::pair("event, one deleted", Type::momentsDeleted)}) {
-        all.push_back({std::string(name) + "/component", usualSizes(),
-                       [kind = type](std::int64_t clips) { return events(kind, clips); }});
-        all.push_back({std::string(name) + "/floor", usualSizes(),
-                       [kind = type](std::int64_t clips) { return eventsFloor(kind, clips); }});
+        const auto add = [&, kind = type](const std::string& side, Trial (*prepare)(Type, std::int64_t),
+                                          Counted counted) {
+            all.push_back({name + side, usualSizes(),
+                           [=](std::int64_t clips) { return prepare(kind, clips); }, counted});
+        };
+        add("/component", events, Counted::whole);
+        add("/floor", eventsFloor, Counted::whole);
+        add(", as jobs/component", eventJobs, Counted::growingJobs);
+        add(", as jobs/floor", eventJobsFloor, Counted::growingJobs);
     }
     return all;
 }

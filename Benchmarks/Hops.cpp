@@ -1,10 +1,8 @@
 // Blocks through the serial queue, and the way from the background to the main thread and back.
 
-#include "Base/Await.hpp"
-#include "Base/TaskScope.hpp"
+#include "Benchmarks/Component/QueuedWork.hpp"
 #include "Benchmarks/Support/Case.hpp"
 #include "Benchmarks/Support/ManualExecution.hpp"
-#include "Components/RemoteCoding/Services/SerialBlockQueue.hpp"
 
 #include <deque>
 #include <memory>
@@ -12,21 +10,8 @@
 namespace Benchmarks {
 namespace {
 
-using RemoteCoding::SerialBlockQueue;
-using RemoteCoding::SynchronisationBlock;
-
-std::vector<std::int64_t> counts() { return {1'000, 100'000}; }
-
-/// Blocks that wait behind a slow one and then run.
 Trial queuedBlocks(std::int64_t blocks) {
-    auto queue = std::make_shared<SerialBlockQueue>("timeline", nullptr, SerialBlockQueue::FailureHandler());
-    return Trial(blocks, [queue, blocks] {
-        queue->runBlockSerially([] {}, SynchronisationBlock::pull);
-        for (std::int64_t block = 0; block < blocks; ++block) {
-            queue->runBlockSerially([&queue = *queue] { queue.runNextBlock(); }, SynchronisationBlock::event);
-        }
-        queue->runNextBlock();
-    });
+    return Trial(blocks, [blocks] { queueAndRunBlocks(blocks); });
 }
 
 Trial queuedBlocksFloor(std::int64_t blocks) {
@@ -44,20 +29,10 @@ Trial queuedBlocksFloor(std::int64_t blocks) {
     });
 }
 
-Base::Task<void> hop(Base::ExecutionProtocol* execution, std::int64_t times) {
-    std::int64_t arrived = 0;
-    while (arrived < times) {
-        Base::MainThreadCall visit(*execution, [&arrived] { ++arrived; });
-        const Base::Result<void> visited = co_await visit;
-        visited.value();
-    }
-}
-
 Trial roundTrips(std::int64_t times) {
     auto execution = std::make_shared<ManualExecution>();
     return Trial(times, [execution, times] {
-        Base::TaskScope scope;
-        scope.start(*execution, Base::Home::background, hop(execution.get(), times), {});
+        const auto task = startHopping(*execution, times);
         execution->runAll();
     });
 }
@@ -86,10 +61,10 @@ Trial roundTripsFloor(std::int64_t times) {
 }
 
 const CaseGroup group({
-    {"queue, blocks/component", counts(), queuedBlocks},
-    {"queue, blocks/floor", counts(), queuedBlocksFloor},
-    {"queue, to the main thread and back/component", counts(), roundTrips},
-    {"queue, to the main thread and back/floor", counts(), roundTripsFloor},
+    {"queue, blocks/component", usualSizes(), queuedBlocks},
+    {"queue, blocks/floor", usualSizes(), queuedBlocksFloor},
+    {"queue, to the main thread and back/component", usualSizes(), roundTrips},
+    {"queue, to the main thread and back/floor", usualSizes(), roundTripsFloor},
 });
 
 }  // namespace

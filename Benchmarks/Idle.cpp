@@ -9,14 +9,6 @@ namespace {
 constexpr std::int64_t repetitions = 10'000;
 
 using RemoteCoding::Notification;
-using RemoteCoding::TimelineUploadService;
-
-std::shared_ptr<Desk> settled(std::int64_t clips) {
-    auto desk = std::make_shared<Desk>();
-    desk->join(makeSession(firstMoments(clips)));
-    desk->upload();
-    return desk;
-}
 
 Trial notifications(const std::shared_ptr<Desk>& desk,
                     const std::shared_ptr<ReferenceHost::Timeline>& about) {
@@ -31,35 +23,32 @@ Trial notifications(const std::shared_ptr<Desk>& desk,
 }
 
 Trial ours(std::int64_t clips) {
-    auto desk = settled(clips);
+    auto desk = joinedDesk(firstMoments(clips));
     return notifications(desk, desk->timelinePointer());
 }
 
 Trial notOurs(std::int64_t clips) {
-    const auto desk = settled(clips);
+    const auto desk = joinedDesk(firstMoments(clips));
     ReferenceHost::Timeline::Options options;
     options.uniqueId = "5d2c1b0a-9f8e-4d7c-8b6a-5e4d3c2b1a09";
     return notifications(desk, ReferenceHost::Timeline::make(std::move(options)));
 }
 
 Trial nothingToDo(std::int64_t clips) {
-    const auto desk = settled(clips);
+    const auto desk = joinedDesk(firstMoments(clips));
     return Trial(repetitions, [desk] {
         for (std::int64_t turn = 0; turn < repetitions; ++turn) {
-            desk->service().updateTaggingSession({});
+            desk->synchroniser().upload();
         }
     });
 }
 
 /// As above, with its block, from the throttler's call to the end.
 Trial blockWithNothingToDo(std::int64_t clips) {
-    const auto desk = settled(clips);
+    const auto desk = joinedDesk(firstMoments(clips));
     return Trial(repetitions, [desk] {
-        TimelineUploadService& service = desk->service();
         for (std::int64_t turn = 0; turn < repetitions; ++turn) {
-            service.runBlockSerially(
-                [&service] { service.updateTaggingSession([&service](bool) { service.runNextBlock(); }); },
-                RemoteCoding::SynchronisationBlock::upload);
+            desk->synchroniser().uploadInABlock();
         }
     });
 }

@@ -13,10 +13,19 @@ Trial ofBytes(Trial trial) {
 
 /// What is given back when the synchroniser goes and the timeline stays: the bytes are below zero.
 Trial heldByTheComponent(std::int64_t clips) {
-    auto desk = std::make_shared<Desk>();
-    desk->join(makeSession(firstMoments(clips)));
-    desk->upload();
-    return ofBytes(Trial(clips, [desk] { desk->dropService(); }));
+    auto desk = joinedDesk(firstMoments(clips));
+    return ofBytes(Trial(clips, [desk] { desk->dropSynchroniser(); }));
+}
+
+/// The same after events, one by one, have made 50,000 clips so many: what has just grown is emptiest then.
+Trial heldAfterEvents(std::int64_t clips) {
+    constexpr std::int64_t atFirst = 50'000;
+    auto desk = joinedDesk(makeMoments(0, atFirst));
+    for (const auto& moment : makeMoments(atFirst, clips - atFirst)) {
+        desk->synchroniser().receive(RemoteCoding::TaggingSessionChangeType::momentsAdded,
+                                     RemoteCoding::ChangedTaggingSession(Moments{moment}, std::nullopt));
+    }
+    return ofBytes(Trial(clips, [desk] { desk->dropSynchroniser(); }));
 }
 
 Trial heldByTheHost(std::int64_t clips) {
@@ -30,6 +39,7 @@ Trial heldByTheHost(std::int64_t clips) {
 
 const CaseGroup group({
     {"memory, of a moment/component", usualSizes(), heldByTheComponent},
+    {"memory, after events/component", {65'600, 100'100, 131'200}, heldAfterEvents},
     {"memory, of a moment/host", usualSizes(), heldByTheHost},
 });
 

@@ -28,13 +28,14 @@ Trial applied(std::int64_t rows, bool isReversed) {
     desk->join(makeSession({}));
     desk->upload();
     return Trial(rows, [desk, view = std::optional(viewOf(rows, isReversed))] {
-        desk->service().updatePresentationView(desk->timelinePointer(), view);
+        desk->synchroniser().apply(desk->timelinePointer(), view);
     });
 }
 
 /// The edits that turn the order round, each as the component makes it, and a table of the rows.
 Trial reversedFloor(std::int64_t rows) {
     auto desk = deskWithRows(rows);
+    desk->makeRoom(rows);
     return Trial(rows, [desk, rows] {
         const auto target = desk->timeline().codingTarget();
         for (std::int64_t place = 0; place + 1 < rows; ++place) {
@@ -42,7 +43,7 @@ Trial reversedFloor(std::int64_t rows) {
         }
         const auto list = desk->timeline().allRows();
         for (const auto& row : *list) {
-            desk->table().try_emplace(row->uniqueId(), row->name());
+            desk->remember(row->uniqueId(), row->name());
         }
     });
 }
@@ -50,12 +51,13 @@ Trial reversedFloor(std::int64_t rows) {
 /// Nothing is to be edited: the rows are compared, and written into a table.
 Trial unchangedFloor(std::int64_t rows) {
     auto desk = deskWithRows(rows);
+    desk->makeRoom(rows);
     return Trial(rows, [desk, view = viewOf(rows, false)] {
         const auto list = desk->timeline().allRows();
         for (std::size_t index = 0; index < list->size(); ++index) {
             const auto& row = list->at(index);
             if (row->name() == view.subViews[index].name && row->color() == view.subViews[index].color()) {
-                desk->table().try_emplace(row->uniqueId(), row->name());
+                desk->remember(row->uniqueId(), row->name());
             }
         }
     });

@@ -3,83 +3,87 @@
 #include "Benchmarks/Support/Case.hpp"
 #include "Benchmarks/Support/Desk.hpp"
 
+#include <optional>
+
 namespace Benchmarks {
 namespace {
 
-/// A tenth of the moments is missing: every tenth.
-Moments withoutATenth(const Moments& moments) {
-    Moments rest;
+struct Tenths {
+    Moments kept;
+    Moments deleted;  ///< every tenth
+};
+
+Tenths tenths(const Moments& moments) {
+    Tenths parts;
     for (std::size_t index = 0; index < moments.size(); ++index) {
-        if (index % 10 != 0) {
-            rest.push_back(moments[index]);
-        }
+        (index % 10 == 0 ? parts.deleted : parts.kept).push_back(moments[index]);
     }
-    return rest;
+    return parts;
 }
 
 Trial firstPull(std::int64_t clips) {
     auto desk = std::make_shared<Desk>();
-    desk->execution().beginTiming();
     return Trial(
         clips,
         [desk, session = makeSession(firstMoments(clips))]() mutable { desk->join(std::move(session)); },
-        [desk] { return desk->execution().mainJobs(); });
+        executionOf(desk));
 }
 
+/// Of the fetched session, too, the floor lets go at its end, as the component does.
 Trial firstPullFloor(std::int64_t clips) {
     auto desk = std::make_shared<Desk>();
-    return Trial(clips, [desk, &moments = firstMoments(clips)] { desk->appendDirectly(moments); });
-}
-
-std::shared_ptr<Desk> joined(std::int64_t clips) {
-    auto desk = std::make_shared<Desk>();
-    desk->join(makeSession(firstMoments(clips)));
-    desk->upload();
-    desk->execution().beginTiming();
-    return desk;
+    desk->makeRoom(clips);
+    return Trial(clips, [desk, session = std::optional(makeSession(firstMoments(clips)))]() mutable {
+        for (const auto& moment : *session->moments) {
+            const auto& item = *static_cast<const FetchedMoment&>(*moment).item();
+            desk->remember(item.identifier(), desk->append(item)->uniqueId());
+        }
+        session.reset();
+    });
 }
 
 Trial laterPull(std::int64_t clips, const Moments& moments) {
-    auto desk = joined(clips);
+    auto desk = joinedDesk(firstMoments(clips));
     return Trial(
         clips, [desk, session = makeSession(moments)]() mutable { desk->pull(std::move(session)); },
-        [desk] { return desk->execution().mainJobs(); });
+        executionOf(desk));
 }
 
-/// What the edits of a later pull cost without the component: a look-up for each moment, and the edits.
-Trial laterPullFloor(std::int64_t clips, const Moments& moments) {
+/// Every moment that the session holds is written to its clip, as the component does it; then those that it does not hold go.
+Trial laterPullFloor(std::int64_t clips, const Moments& moments, const Moments& deleted) {
     auto desk = std::make_shared<Desk>();
-    desk->appendDirectly(firstMoments(clips));
-    return Trial(clips, [desk, moments] {
-        std::unordered_map<std::string, std::string> left;
-        for (const auto& moment : moments) {
-            const auto instance = desk->timeline().findInstance(desk->table().at(moment->identifier()));
-            (void)moment->updateOnTimeline(desk->timelinePointer(), instance->uniqueId(),
-                                           instance->row()->uniqueId());
-            left.try_emplace(moment->identifier(), instance->uniqueId());
+    desk->appendAll(firstMoments(clips));
+    desk->makeRoom(clips);
+    return Trial(clips, [desk, places = desk->placesOf(moments), deleted, gone = desk->placesOf(deleted),
+                         session = std::optional(makeSession(moments))]() mutable {
+        for (std::size_t index = 0; index < places.size(); ++index) {
+            const auto& item = *static_cast<const FetchedMoment&>(*session->moments->at(index)).item();
+            desk->update(item, places[index]);
+            desk->remember(item.identifier(), places[index].instanceId);
         }
-        if (moments.size() < desk->table().size()) {
-            for (const auto& [momentId, instanceId] : desk->table()) {
-                if (!left.contains(momentId)) {
-                    const auto row = desk->timeline().findInstance(instanceId)->row();
-                    desk->timeline().codingTarget()->removeInstanceWithRowId(row->uniqueId(), instanceId);
-                }
-            }
+        for (std::size_t index = 0; index < gone.size(); ++index) {
+            desk->remove(gone[index]);
+            desk->remember(deleted[index]->identifier(), gone[index].instanceId);
         }
+        session.reset();
     });
 }
 
 const CaseGroup group({
-    {"pull, first/component", usualSizes(), firstPull},
+    {"pull, first/component", usualSizes(), firstPull, Counted::wholeAndJobs},
     {"pull, first/floor", usualSizes(), firstPullFloor},
     {"pull, nothing new/component", usualSizes(),
-     [](std::int64_t clips) { return laterPull(clips, firstMoments(clips)); }},
+     [](std::int64_t clips) { return laterPull(clips, firstMoments(clips)); }, Counted::wholeAndJobs},
     {"pull, nothing new/floor", usualSizes(),
-     [](std::int64_t clips) { return laterPullFloor(clips, firstMoments(clips)); }},
+     [](std::int64_t clips) { return laterPullFloor(clips, firstMoments(clips), {}); }},
     {"pull, a tenth deleted/component", usualSizes(),
-     [](std::int64_t clips) { return laterPull(clips, withoutATenth(firstMoments(clips))); }},
+     [](std::int64_t clips) { return laterPull(clips, tenths(firstMoments(clips)).kept); },
+     Counted::wholeAndJobs},
     {"pull, a tenth deleted/floor", usualSizes(),
-     [](std::int64_t clips) { return laterPullFloor(clips, withoutATenth(firstMoments(clips))); }},
+     [](std::int64_t clips) {
+         const Tenths parts = tenths(firstMoments(clips));
+         return laterPullFloor(clips, parts.kept, parts.deleted);
+     }},
 });
 
 }  // namespace

@@ -6,9 +6,16 @@
 namespace Benchmarks {
 namespace {
 
+void retimeRows(Desk& desk, std::int64_t rows) {
+    for (std::int64_t row = 0; row < rows; ++row) {
+        desk.retimeRow(row);
+    }
+}
+
+using Clips = std::vector<std::shared_ptr<ReferenceHost::TimelineInstance>>;
+
 Trial uploadOf(const std::shared_ptr<Desk>& desk, std::int64_t clips) {
-    desk->execution().beginTiming();
-    return Trial(clips, [desk] { desk->upload(); }, [desk] { return desk->execution().mainJobs(); });
+    return Trial(clips, [desk] { desk->upload(); }, executionOf(desk));
 }
 
 Trial newClips(std::int64_t clips) {
@@ -19,50 +26,57 @@ Trial newClips(std::int64_t clips) {
     return uploadOf(desk, clips);
 }
 
-/// What the host itself has to do for an upload: it says what has changed, and takes the moments' ids. Saying what has changed is
-/// its share of the first job.
+/// The host says what has changed, row after row, and takes the moments' ids.
 Trial newClipsFloor(std::int64_t clips) {
     auto desk = std::make_shared<Desk>();
     desk->addRows();
     const auto before = desk->timeline().modifyCount();
     desk->addClips(clips);
-    auto firstJob = std::make_shared<double>(0);
-    const auto run = [desk, before, firstJob] {
-        ReferenceHost::UUIDSource ids(17);
-        const double start = cpuSeconds();
-        const auto changes = desk->timeline().timelineFromModifyCount(before + 1, false);
-        const auto rows = changes->allRows();
-        *firstJob = cpuSeconds() - start;
-        for (const auto& row : *rows) {
-            const auto instances = row->allInstances();
-            for (const auto& instance : *instances) {
-                const std::string momentId = ids.makeUUID();
-                desk->timeline().findInstance(instance->uniqueId())->setExternalId(momentId);
-                desk->table().try_emplace(momentId, instance->uniqueId());
-            }
+    desk->makeRoom(clips);
+    Clips live;
+    const auto rows = desk->timeline().allRows();
+    for (const auto& row : *rows) {
+        const auto instances = row->allInstances();
+        for (const auto& instance : *instances) {
+            live.push_back(desk->timeline().findInstance(instance->uniqueId()));
         }
-    };
-    return Trial(clips, run, [firstJob] { return std::vector<double>{*firstJob}; });
-}
-
-/// One clip after the other, each in a pass of its own, on a timeline that already holds so many.
-Trial singleClips(std::int64_t clips) {
-    constexpr std::int64_t passes = 100;
-    auto desk = std::make_shared<Desk>();
-    desk->join(makeSession(firstMoments(clips)));
-    desk->upload();
-    return Trial(passes, [desk] {
-        for (std::int64_t pass = 0; pass < passes; ++pass) {
-            desk->addClips(1);
-            desk->upload();
+    }
+    return Trial(clips, [desk, before, live] {
+        ReferenceHost::UUIDSource ids(17);
+        const auto changes = desk->timeline().timelineFromModifyCount(before + 1, false);
+        const auto changedRows = changes->allRows();
+        auto clip = live.begin();
+        for (const auto& row : *changedRows) {
+            const auto instances = row->allInstances();
+            for (std::size_t index = 0; index < instances->size(); ++index, ++clip) {
+                const std::string momentId = ids.makeUUID();
+                (*clip)->setExternalId(momentId);
+                desk->remember(momentId, (*clip)->uniqueId());
+            }
         }
     });
 }
 
+constexpr std::int64_t passes = 100;
+
+/// One clip after the other, each in a pass of its own, on a timeline that already holds so many.
+Trial singleClips(std::int64_t clips) {
+    auto desk = joinedDesk(firstMoments(clips));
+    return Trial(
+        passes,
+        [desk] {
+            for (std::int64_t pass = 0; pass < passes; ++pass) {
+                desk->addClips(1);
+                desk->upload();
+            }
+        },
+        executionOf(desk));
+}
+
 Trial singleClipsFloor(std::int64_t clips) {
-    constexpr std::int64_t passes = 100;
     auto desk = std::make_shared<Desk>();
-    desk->appendDirectly(firstMoments(clips));
+    desk->appendAll(firstMoments(clips));
+    desk->makeRoom(clips);
     return Trial(passes, [desk] {
         ReferenceHost::UUIDSource ids(17);
         for (std::int64_t pass = 0; pass < passes; ++pass) {
@@ -72,46 +86,40 @@ Trial singleClipsFloor(std::int64_t clips) {
             const auto clip = changes->allRows()->front()->allInstances()->front();
             const std::string momentId = ids.makeUUID();
             desk->timeline().findInstance(clip->uniqueId())->setExternalId(momentId);
-            desk->table().try_emplace(momentId, clip->uniqueId());
+            desk->remember(momentId, clip->uniqueId());
         }
     });
-}
-
-std::shared_ptr<Desk> joined(const Moments& moments) {
-    auto desk = std::make_shared<Desk>();
-    desk->join(makeSession(moments));
-    desk->upload();
-    return desk;
 }
 
 constexpr std::int64_t retimedRows = rowsOfATimeline / 10;
 
 Trial aTenthUpdated(std::int64_t clips) {
-    auto desk = joined(firstMoments(clips));
-    for (std::int64_t row = 0; row < retimedRows; ++row) {
-        desk->retimeRow(row);
-    }
+    auto desk = joinedDesk(firstMoments(clips));
+    retimeRows(*desk, retimedRows);
     return uploadOf(desk, clips / 10);
 }
 
-Trial aTenthUpdatedFloor(std::int64_t clips) {
-    auto desk = std::make_shared<Desk>();
-    desk->appendDirectly(firstMoments(clips));
-    const auto before = desk->timeline().modifyCount();
-    for (std::int64_t row = 0; row < retimedRows; ++row) {
-        desk->retimeRow(row);
-    }
-    return Trial(clips / 10, [desk, before] {
-        std::unordered_map<std::string, std::string> sent;
+/// Nothing is edited: the host says what has changed.
+Trial changedClipsFloor(const std::shared_ptr<Desk>& desk, std::int64_t before, std::int64_t clips) {
+    desk->makeRoom(clips);
+    return Trial(clips, [desk, before] {
         const auto changes = desk->timeline().timelineFromModifyCount(before + 1, false);
         const auto rows = changes->allRows();
         for (const auto& row : *rows) {
             const auto instances = row->allInstances();
             for (const auto& instance : *instances) {
-                sent.try_emplace(*instance->externalId(), instance->uniqueId());
+                desk->remember(*instance->externalId(), instance->uniqueId());
             }
         }
     });
+}
+
+Trial aTenthUpdatedFloor(std::int64_t clips) {
+    auto desk = std::make_shared<Desk>();
+    desk->appendAll(firstMoments(clips));
+    const auto before = desk->timeline().modifyCount();
+    retimeRows(*desk, retimedRows);
+    return changedClipsFloor(desk, before, clips / 10);
 }
 
 /// All on one row.
@@ -125,26 +133,52 @@ Moments onOneRow(std::int64_t clips) {
 }
 
 Trial rowRenamed(std::int64_t clips) {
-    auto desk = joined(onOneRow(clips));
+    auto desk = joinedDesk(onOneRow(clips));
     desk->timeline().renameRow(desk->timeline().rowAt(0)->uniqueId(), "Another name");
     return uploadOf(desk, clips);
 }
 
+/// The row has changed and its clips have not: they are read from the whole timeline.
+Trial rowRenamedFloor(std::int64_t clips) {
+    auto desk = std::make_shared<Desk>();
+    desk->appendAll(onOneRow(clips));
+    const auto before = desk->timeline().modifyCount();
+    desk->timeline().renameRow(desk->timeline().rowAt(0)->uniqueId(), "Another name");
+    desk->makeRoom(clips);
+    return Trial(clips, [desk, before] {
+        const auto changes = desk->timeline().timelineFromModifyCount(before + 1, false);
+        const auto instances = desk->timeline().rowAt(0)->allInstances();
+        for (const auto& instance : *instances) {
+            desk->remember(*instance->externalId(), instance->uniqueId());
+        }
+    });
+}
+
 Trial rowUpdated(std::int64_t clips) {
-    auto desk = joined(onOneRow(clips));
+    auto desk = joinedDesk(onOneRow(clips));
     desk->retimeRow(0);
     return uploadOf(desk, clips);
 }
 
+Trial rowUpdatedFloor(std::int64_t clips) {
+    auto desk = std::make_shared<Desk>();
+    desk->appendAll(onOneRow(clips));
+    const auto before = desk->timeline().modifyCount();
+    desk->retimeRow(0);
+    return changedClipsFloor(desk, before, clips);
+}
+
 const CaseGroup group({
-    {"upload, all new/component", usualSizes(), newClips},
+    {"upload, all new/component", usualSizes(), newClips, Counted::wholeAndJobs},
     {"upload, all new/floor", usualSizes(), newClipsFloor},
-    {"upload, one new/component", usualSizes(), singleClips},
-    {"upload, one new/floor", usualSizes(), singleClipsFloor},
-    {"upload, a tenth updated/component", usualSizes(), aTenthUpdated},
+    {"upload, a tenth updated/component", usualSizes(), aTenthUpdated, Counted::wholeAndJobs},
     {"upload, a tenth updated/floor", usualSizes(), aTenthUpdatedFloor},
-    {"upload, one row renamed/component", {1'000, 10'000}, rowRenamed},
-    {"upload, one row updated/component", {1'000, 10'000}, rowUpdated},
+    {"upload, one row renamed/component", {1'000, 10'000}, rowRenamed, Counted::wholeAndJobs},
+    {"upload, one row renamed/floor", {1'000, 10'000}, rowRenamedFloor},
+    {"upload, one row updated/component", {1'000, 10'000}, rowUpdated, Counted::wholeAndJobs},
+    {"upload, one row updated/floor", {1'000, 10'000}, rowUpdatedFloor},
+    {"upload, one new/component", usualSizes(), singleClips, Counted::wholeAndGrowingJobs},
+    {"upload, one new/floor", usualSizes(), singleClipsFloor},
 });
 
 }  // namespace

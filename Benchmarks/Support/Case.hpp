@@ -1,8 +1,12 @@
 #pragma once
 
+#include "Benchmarks/Support/ManualExecution.hpp"
+
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Benchmarks {
@@ -10,13 +14,21 @@ namespace Benchmarks {
 /// Something that is ready to be measured: once, because it uses up what was prepared for it.
 struct Trial {
     Trial(std::int64_t operations_, std::function<void()> run_,
-          std::function<std::vector<double>()> mainJobs_ = {})
-        : operations(operations_), run(std::move(run_)), mainJobs(std::move(mainJobs_)) {}
+          std::shared_ptr<ManualExecution> watched_ = nullptr)
+        : operations(operations_), run(std::move(run_)), watched(std::move(watched_)) {}
 
     std::int64_t operations;  ///< what times and counts are divided by
     std::function<void()> run;
-    std::function<std::vector<double>()> mainJobs;  ///< after `run`: how many seconds each took; may be empty
-    bool countsBytes = false;                       ///< and is not timed
+    std::shared_ptr<ManualExecution> watched;  ///< each of its main thread's jobs is measured; may be null
+    bool countsBytes = false;                  ///< and is not timed
+};
+
+/// Whose instructions are counted: those of the whole, and those of single jobs of the main thread.
+enum class Counted : std::uint8_t {
+    whole,
+    wholeAndJobs,
+    wholeAndGrowingJobs,  ///< of the jobs the first one and those that take a large block of memory
+    growingJobs,          ///< the same without the whole
 };
 
 /// "what/component" and "what/floor" are the two sides of one row.
@@ -24,6 +36,7 @@ struct Case {
     std::string name;
     std::vector<std::int64_t> sizes;
     std::function<Trial(std::int64_t size)> prepare;
+    Counted counted = Counted::whole;
 };
 
 /// Every source file of a row group adds its cases before `main` begins.

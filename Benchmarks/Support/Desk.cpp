@@ -1,5 +1,7 @@
 #include "Benchmarks/Support/Desk.hpp"
 
+#include "Benchmarks/Support/Allocations.hpp"
+
 #include <stdexcept>
 #include <utility>
 
@@ -35,17 +37,17 @@ Desk::~Desk() {
 
 void Desk::join(RemoteCoding::TaggingSessionItem session) {
     client_->setSession(std::move(session));
-    service_ = RemoteCoding::TimelineUploadService::make(
-        *environment_, timeline_->uniqueId(), "9b1c7d52-1f4e-4a39-8d0b-6f0d1e2a3b4c",
-        "c2a1e0d4-5b6f-4c7a-9e8d-1a2b3c4d5e6f", "0d9c8b7a-6f5e-4d3c-8b2a-1f0e9d8c7b6a", sessionId,
-        library_.makeTaggingSessionService(), client_);
+    const SynchroniserIds ids{timeline_->uniqueId(), "9b1c7d52-1f4e-4a39-8d0b-6f0d1e2a3b4c",
+                              "c2a1e0d4-5b6f-4c7a-9e8d-1a2b3c4d5e6f", "0d9c8b7a-6f5e-4d3c-8b2a-1f0e9d8c7b6a",
+                              sessionId};
+    synchroniser_ = makeSynchroniser(*environment_, ids, library_.makeTaggingSessionService(), client_);
     execution_.runAll();
 }
 
 void Desk::pull(RemoteCoding::TaggingSessionItem session) {
     client_->setSession(std::move(session));
     bool succeeded = false;
-    service_->syncRemoteTaggingSessionToLocalTimeline([&](bool pulled) { succeeded = pulled; });
+    synchroniser_->pull([&](bool pulled) { succeeded = pulled; });
     execution_.runAll();
     if (!succeeded) {
         throw std::runtime_error("The pull failed");
@@ -74,16 +76,49 @@ void Desk::retimeRow(std::int64_t row) {
     }
 }
 
-void Desk::dropService() {
+void Desk::dropSynchroniser() {
     execution_.stop();
-    service_.reset();
+    synchroniser_.reset();
 }
 
-void Desk::appendDirectly(const Moments& moments) {
+std::shared_ptr<RemoteCoding::TimelineInstanceProtocol> Desk::append(const RemoteCoding::MomentItem& moment) {
+    return moment.appendToTimeline(timeline_);
+}
+
+void Desk::update(const RemoteCoding::MomentItem& moment, const Place& place) {
+    const auto instance = moment.updateOnTimeline(timeline_, place.instanceId, place.rowId);
+    instance->setExternalId(moment.identifier());
+}
+
+void Desk::remove(const Place& place) {
+    timeline_->codingTarget()->removeInstanceWithRowId(place.rowId, place.instanceId);
+}
+
+void Desk::appendAll(const Moments& moments) {
     for (const auto& moment : moments) {
-        const auto instance = moment->appendToTimeline(timeline_);
-        table_.try_emplace(moment->identifier(), instance->uniqueId());
+        (void)append(*moment);
     }
+}
+
+std::vector<Place> Desk::placesOf(const Moments& moments) const {
+    std::vector<Place> places;
+    places.reserve(moments.size());
+    for (const auto& moment : moments) {
+        const auto instance = timeline_->findInstanceOf(moment->identifier());
+        places.push_back({instance->uniqueId(), instance->row()->uniqueId()});
+    }
+    return places;
+}
+
+void Desk::remember(const std::string& momentId, const std::string& instanceId) {
+    withoutCountingAllocations([&] { table_.try_emplace(momentId, instanceId); });
+}
+
+std::shared_ptr<Desk> joinedDesk(const Moments& moments) {
+    auto desk = std::make_shared<Desk>();
+    desk->join(makeSession(moments));
+    desk->upload();
+    return desk;
 }
 
 }  // namespace Benchmarks

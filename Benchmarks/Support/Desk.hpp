@@ -1,8 +1,8 @@
 #pragma once
 
+#include "Benchmarks/Component/Synchroniser.hpp"
 #include "Benchmarks/Support/Doors.hpp"
 #include "Benchmarks/Support/ManualExecution.hpp"
-#include "Components/RemoteCoding/Services/TimelineUploadService.hpp"
 #include "ReferenceHost/Account.hpp"
 #include "ReferenceHost/Timeline/ComponentLocator.hpp"
 #include "ReferenceHost/UUIDSource.hpp"
@@ -13,8 +13,15 @@
 #include <memory>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 namespace Benchmarks {
+
+/// Where a moment's clip is.
+struct Place {
+    std::string instanceId;
+    std::string rowId;
+};
 
 /// One of the reference host's timelines behind cheap doors, with or without a synchroniser. Everything on one thread.
 class Desk {
@@ -29,7 +36,7 @@ public:
     [[nodiscard]] const std::shared_ptr<ReferenceHost::Timeline>& timelinePointer() const {
         return timeline_;
     }
-    [[nodiscard]] RemoteCoding::TimelineUploadService& service() { return *service_; }
+    [[nodiscard]] Synchroniser& synchroniser() { return *synchroniser_; }
     [[nodiscard]] ManualExecution& execution() { return execution_; }
     [[nodiscard]] RemoteCoding::NotificationCenterProtocol& notifications() { return notifications_; }
     [[nodiscard]] PlainClient& client() { return *client_; }
@@ -50,13 +57,22 @@ public:
     void upload() { execution_.letTimePass(); }
 
     /// Only the timeline stays.
-    void dropService();
+    void dropSynchroniser();
 
-    // What the floors do.
+    // What the floors do: the edits that the component makes for one moment, and nothing else.
 
-    /// The moments' clips, each with one entry in a table.
-    void appendDirectly(const Moments& moments);
-    [[nodiscard]] std::unordered_map<std::string, std::string>& table() { return table_; }
+    std::shared_ptr<RemoteCoding::TimelineInstanceProtocol> append(const RemoteCoding::MomentItem& moment);
+    void update(const RemoteCoding::MomentItem& moment, const Place& place);
+    void remove(const Place& place);
+
+    void appendAll(const Moments& moments);
+
+    /// In the order of the moments. Any floor that needs them is given them: it does not look for clips.
+    [[nodiscard]] std::vector<Place> placesOf(const Moments& moments) const;
+
+    /// One entry of a hash map, which has room for so many. The map's own allocations are not counted.
+    void makeRoom(std::int64_t entries) { table_.reserve(static_cast<std::size_t>(entries)); }
+    void remember(const std::string& momentId, const std::string& instanceId);
 
 private:
     ManualExecution execution_;
@@ -71,8 +87,16 @@ private:
     ReferenceHost::ComponentLocator locator_;
     std::shared_ptr<ReferenceHost::Timeline> timeline_;
     std::unique_ptr<RemoteCoding::HostEnvironment> environment_;
-    std::shared_ptr<RemoteCoding::TimelineUploadService> service_;
+    std::unique_ptr<Synchroniser> synchroniser_;
     std::unordered_map<std::string, std::string> table_;
 };
+
+/// It has pulled a session with these moments, and has nothing left to do.
+[[nodiscard]] std::shared_ptr<Desk> joinedDesk(const Moments& moments);
+
+/// For a trial whose main-thread jobs are measured.
+[[nodiscard]] inline std::shared_ptr<ManualExecution> executionOf(const std::shared_ptr<Desk>& desk) {
+    return {desk, &desk->execution()};
+}
 
 }  // namespace Benchmarks

@@ -69,21 +69,22 @@ void ManualExecution::letTimePass() {
 }
 
 void ManualExecution::runMainJob() {
-    const double start = isTiming_ ? cpuSeconds() : 0;
+    if (willRunMainJob_) {
+        willRunMainJob_();
+    }
     {
         const Base::Job job = std::move(main_.front());
         main_.pop_front();
         job();
     }
-    if (isTiming_) {
-        mainJobs_.push_back(cpuSeconds() - start);
+    if (didRunMainJob_) {
+        didRunMainJob_();
     }
 }
 
-void ManualExecution::beginTiming() {
-    isTiming_ = true;
-    mainJobs_.clear();
-    mainJobs_.reserve(10'000);
+void ManualExecution::watchMainJobs(std::function<void()> willRun, std::function<void()> didRun) {
+    willRunMainJob_ = std::move(willRun);
+    didRunMainJob_ = std::move(didRun);
 }
 
 double cpuSeconds() {

@@ -3,9 +3,9 @@
 #include "ReferenceHost/Execution/ReportingExecution.hpp"
 
 #include <deque>
+#include <functional>
 #include <memory>
 #include <utility>
-#include <vector>
 
 namespace Benchmarks {
 
@@ -32,10 +32,8 @@ public:
     /// All delays and timers are over; then as above.
     void letTimePass();
 
-    /// From now on the main thread's jobs are timed; room for that is taken at once.
-    void beginTiming();
-    /// CPU seconds of each job of the main thread since then, in their order.
-    [[nodiscard]] std::vector<double> mainJobs() const { return mainJobs_; }
+    /// From now on these are called around each job of the main thread.
+    void watchMainJobs(std::function<void()> willRun, std::function<void()> didRun);
 
 private:
     class Timer;
@@ -46,8 +44,8 @@ private:
     std::deque<Base::Job> background_;
     std::deque<std::shared_ptr<Timer>> timers_;
     bool isInBackground_ = false;
-    bool isTiming_ = false;
-    std::vector<double> mainJobs_;
+    std::function<void()> willRunMainJob_;
+    std::function<void()> didRunMainJob_;
 };
 
 /// CPU time of this thread in seconds: others that share the machine do not count.
