@@ -149,6 +149,17 @@ TEST_F(UploadTest, ADeletionSavesAllRowsAndADeletedRowIsForgottenOnlyThen) {
     EXPECT_FALSE(ann().service->momentCache().uploadedRow(rowId));
 }
 
+TEST_F(UploadTest, ARowThatWasSentIsNotSentAgainWithItsNextClip) {
+    ann().timeline->renameRow(ann().row("Attack")->uniqueId(), "Break");
+    settle();
+    trace.clear();
+    ann().timeline->retimeInstance(sent.at(0)->uniqueId(), 10, 11);
+    settle();
+    EXPECT_EQ(cloudCalls(ann()), Strings({"updateMoments"}));
+    EXPECT_EQ(cloud.log(sessionId()).back().drafts.size(), 1U);
+    expectAllEqual();
+}
+
 TEST_F(UploadTest, WithoutATaggingSessionItKeepsRunningAndSendsNothing) {
     Analyst& cleo = add("Cleo");
     cleo.timeline->addRow("Attack", Base::Color());
