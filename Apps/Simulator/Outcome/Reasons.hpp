@@ -30,6 +30,10 @@ using Reason = std::optional<LossClass>;
 /// The shared list does not have this edit, though it was sent.
 [[nodiscard]] Reason whyRowEditIsLost(const History& history, const Loss& loss);
 
+/// While the upload that was to list a row ran, a clip of it came, or its own came back, and recorded the row, which the upload then
+/// took for one that the list has.
+[[nodiscard]] bool wasTakenForKnown(const History& history, const UserEdit& edit);
+
 /// A new row was renamed while the upload that was to list it ran, and the new name went out before that had ended: it was not known
 /// yet which name the cloud had been told, so that the row did not count as renamed.
 [[nodiscard]] bool wasRenamedWhileListed(const History& history, const UserEdit& renaming);
@@ -59,8 +63,8 @@ using Reason = std::optional<LossClass>;
 /// the clip anew, as this moment.
 [[nodiscard]] bool wasSentAnew(const History& history, std::string_view moment);
 
-/// The clip was brought back as this moment, whose id did not come back, and was written as the one before with its row's new name:
-/// the fetch that brought the id found that one deleted, and took the clip away.
+/// The clip was brought back as this moment, and was written as the one before with its row's new name: the news that that one is
+/// deleted took the clip away, or the fetch that brought this one's id, if that had not come back.
 [[nodiscard]] bool wasTakenForItsFormerMoment(const History& history, const Loss& loss);
 
 /// The deletion was taken back, came back from the cloud, and was done again; or it was still on its way to the cloud, or

@@ -119,6 +119,21 @@ Reason whyFirstListWasNotSent(const History& history, const Loss& loss) {
     return whyNotSent(history, row);
 }
 
+/// No list has ever had the row, which its author's synchroniser took for one that is listed.
+bool wasNeverListed(const History& history, const Loss& loss) {
+    const SessionHistory* session = history.stays[loss.stay].session;
+    const bool wasListed = std::ranges::any_of(session->changes, [&](const auto& change) {
+        return change->presentationView &&
+               std::ranges::any_of(*change->presentationView, [&](const ReferenceHost::CodeRecord& code) {
+                   return code.name == loss.row;
+               });
+    });
+    return !wasListed && std::ranges::any_of(history.edits, [&](const UserEdit& edit) {
+        return edit.kind == EditKind::addRow && edit.name == loss.row && edit.stay != never &&
+               history.stays[edit.stay].session == session && wasTakenForKnown(history, edit);
+    });
+}
+
 }  // namespace
 
 const Arrival* lastList(const StayHistory& stay, std::size_t before) {
@@ -130,8 +145,10 @@ const Arrival* lastList(const StayHistory& stay, std::size_t before) {
 }
 
 Reason whyNotListed(const History& history, const Loss& loss) {
-    const Reason reason = whyFirstListWasNotSent(history, loss);
-    return reason ? reason : whyKeptForAClip(history, loss);
+    if (const Reason reason = whyFirstListWasNotSent(history, loss)) {
+        return reason;
+    }
+    return wasNeverListed(history, loss) ? LossClass::takenForKnown : whyKeptForAClip(history, loss);
 }
 
 }  // namespace Simulator

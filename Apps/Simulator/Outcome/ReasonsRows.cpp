@@ -37,20 +37,6 @@ bool savedTheList(const History& history, const StayHistory& stay, const Upload&
     });
 }
 
-/// While the upload ran, a clip of the row came, or its own came back, and recorded the row, which the upload then took for one that the list has.
-bool wasTakenForKnown(const History& history, const UserEdit& edit) {
-    const StayHistory& stay = history.stays[edit.stay];
-    return std::ranges::any_of(stay.uploads, [&](const Upload& upload) {
-        return upload.start > edit.at && upload.covers(edit.count) && !savedTheList(history, stay, upload) &&
-               std::ranges::any_of(history.moments, [&](const auto& moment) {
-                   return std::ranges::any_of(moment.second.placements, [&](const Placement& placement) {
-                       return placement.stay == edit.stay && upload.start < placement.at &&
-                              placement.at < upload.end && isOfRow(history, placement.clip, edit);
-                   });
-               });
-    });
-}
-
 bool isRemovalOf(const ReferenceHost::TraceEntry& entry, std::string_view timelineId) {
     return entry.kind == ReferenceHost::TraceKind::notification &&
            entry.field("name") == "TimelineNotifications.timelineDidRemove" &&
@@ -89,6 +75,18 @@ bool waitsWithItsRow(const History& history, const UserEdit& edit, const UserEdi
     });
 }
 
+/// The row's removal was passed over: to the synchroniser it was there when that was taken back, so that no list followed.
+Reason whyReturnIsNoNews(const History& history, const UserEdit& edit) {
+    const auto removal =
+        std::find_if(history.edits.rbegin(), history.edits.rend(), [&](const UserEdit& earlier) {
+            return earlier.kind == EditKind::removeRow && earlier.stay == edit.stay &&
+                   earlier.row == edit.row && earlier.at < edit.at;
+        });
+    return edit.kind == EditKind::restoreRow && removal != history.edits.rend()
+               ? whyNotSent(history, *removal)
+               : std::nullopt;
+}
+
 /// Before the session was there, in this stay of the timeline or in an earlier one.
 bool wasDoneBeforeItsSession(const History& history, const StayHistory& stay, const UserEdit& edit) {
     return edit.stay == never && std::ranges::any_of(history.stays, [&](const StayHistory& joined) {
@@ -107,6 +105,19 @@ bool followedAClip(const History& history, const StayHistory& stay, const Loss& 
 }
 
 }  // namespace
+
+bool wasTakenForKnown(const History& history, const UserEdit& edit) {
+    const StayHistory& stay = history.stays[edit.stay];
+    return std::ranges::any_of(stay.uploads, [&](const Upload& upload) {
+        return upload.start > edit.at && upload.covers(edit.count) && !savedTheList(history, stay, upload) &&
+               std::ranges::any_of(history.moments, [&](const auto& moment) {
+                   return std::ranges::any_of(moment.second.placements, [&](const Placement& placement) {
+                       return placement.stay == edit.stay && upload.start < placement.at &&
+                              placement.at < upload.end && isOfRow(history, placement.clip, edit);
+                   });
+               });
+    });
+}
 
 bool wasRenamedWhileListed(const History& history, const UserEdit& renaming) {
     if (renaming.kind != EditKind::renameRow || renaming.stay == never) {
@@ -175,6 +186,10 @@ Reason whyRowEditIsLost(const History& history, const Loss& loss) {
     }
     if (wasClosedBeforeTheList(history, *loss.edit)) {
         return LossClass::left;
+    }
+    if (const Reason reason = whyReturnIsNoNews(history, *loss.edit);
+        reason && loss.kind == LossKind::newRowLost) {
+        return reason;
     }
     for (const UserEdit& renaming : history.edits) {
         const bool wasDoneWhileJoining = wasDoneBeforeItsSession(history, stay, renaming);

@@ -62,13 +62,13 @@ std::map<std::size_t, Turn> stepsOf(const History& history, const Loss& loss, co
     return steps;
 }
 
-/// The same arrival that placed the clip took it off the timeline.
-bool wasRemoved(const History& history, const StayHistory& stay, const Placement& placement,
-                std::size_t arrival) {
+/// From the timeline, between these entries.
+bool wasRemoved(const History& history, const StayHistory& stay, std::string_view clip, std::size_t after,
+                std::size_t before) {
     return std::ranges::any_of(stay.target, [&](std::size_t at) {
         const auto& entry = history.entry(at);
-        return placement.at < at && at < arrival && entry.field("name") == "removeInstanceWithRowId" &&
-               entry.field("instanceId") == placement.clip;
+        return after < at && at < before && entry.field("name") == "removeInstanceWithRowId" &&
+               entry.field("instanceId") == clip;
     });
 }
 
@@ -102,6 +102,41 @@ bool wasWrittenMeanwhile(const History& history, const StayHistory& stay, const 
     });
 }
 
+/// For which the clip stood when its deletion was taken back; empty: it is not this edit's.
+std::string_view formerMomentOf(const UserEdit& undo, std::string_view clip) {
+    const auto place = std::ranges::find(undo.clips, clip);
+    return bringsBack(undo) && place != undo.clips.end()
+               ? undo.moments[static_cast<std::size_t>(place - undo.clips.begin())]
+               : std::string_view();
+}
+
+/// After the undo and before that entry.
+bool wasWrittenAs(const History& history, const StayHistory& stay, const UserEdit& undo,
+                  std::string_view former, std::size_t before) {
+    return std::ranges::any_of(stay.calls, [&](std::size_t number) {
+        const Call& call = history.calls[number];
+        return undo.at < call.at && call.answered < before && !call.failed && call.name == "updateMoments" &&
+               names(call.ids, former);
+    });
+}
+
+/// The news of the former moment's deletion has taken away the clip, which stands for this one.
+bool wasTakenByLateNews(const History& history, const Loss& loss) {
+    const StayHistory& stay = history.stays[loss.stay];
+    const MomentHistory& moment = *history.moment(loss.moment);
+    const std::string_view clip = moment.last->originInstanceId;
+    return std::ranges::any_of(history.edits, [&](const UserEdit& undo) {
+        const std::string_view former = undo.stay == loss.stay ? formerMomentOf(undo, clip) : "";
+        return !former.empty() && former != loss.moment &&
+               std::ranges::any_of(stay.arrivals, [&](const Arrival& arrival) {
+                   return !arrival.isPull && isGoneBy(history, former, arrival.sequence) &&
+                          history.moment(former)->changes.back()->sequence == arrival.sequence &&
+                          wasWrittenAs(history, stay, undo, former, arrival.start) &&
+                          wasRemoved(history, stay, clip, arrival.start, arrival.at);
+               });
+    });
+}
+
 }  // namespace
 
 bool wasTakenAwayAgain(const History& history, const UserEdit& edit, std::string_view clip) {
@@ -128,29 +163,25 @@ bool wasTakenAwayAgain(const History& history, const UserEdit& edit, std::string
 
 bool wasTakenForItsFormerMoment(const History& history, const Loss& loss) {
     const StayHistory& stay = history.stays[loss.stay];
-    return std::ranges::any_of(history.moment(loss.moment)->placements, [&](const Placement& placement) {
-        const auto pull = std::ranges::find_if(
-            stay.arrivals, [&](const Arrival& arrival) { return arrival.at > placement.at; });
-        if (placement.stay != loss.stay || placement.how != "own" || pull == stay.arrivals.end() ||
-            !pull->isPull || !wasRemoved(history, stay, placement, pull->at)) {
-            return false;
-        }
-        return std::ranges::any_of(history.edits, [&](const UserEdit& undo) {
-            const auto place = std::ranges::find(undo.clips, placement.clip);
-            if (undo.stay != loss.stay || undo.at > placement.at || place == undo.clips.end() ||
-                !bringsBack(undo)) {
-                return false;
-            }
-            const std::string_view former =
-                undo.moments[static_cast<std::size_t>(place - undo.clips.begin())];
-            return former != loss.moment && isGoneBy(history, former, pull->sequence) &&
-                   std::ranges::any_of(stay.calls, [&](std::size_t number) {
-                       const Call& call = history.calls[number];
-                       return undo.at < call.at && call.answered < placement.at && !call.failed &&
-                              call.name == "updateMoments" && names(call.ids, former);
+    return std::ranges::any_of(
+               history.moment(loss.moment)->placements,
+               [&](const Placement& placement) {
+                   const auto pull = std::ranges::find_if(
+                       stay.arrivals, [&](const Arrival& arrival) { return arrival.at > placement.at; });
+                   if (placement.stay != loss.stay || placement.how != "own" || pull == stay.arrivals.end() ||
+                       !pull->isPull || !wasRemoved(history, stay, placement.clip, placement.at, pull->at)) {
+                       return false;
+                   }
+                   return std::ranges::any_of(history.edits, [&](const UserEdit& undo) {
+                       if (undo.stay != loss.stay || undo.at > placement.at) {
+                           return false;
+                       }
+                       const std::string_view former = formerMomentOf(undo, placement.clip);
+                       return former != loss.moment && isGoneBy(history, former, pull->sequence) &&
+                              wasWrittenAs(history, stay, undo, former, placement.at);
                    });
-        });
-    });
+               }) ||
+           wasTakenByLateNews(history, loss);
 }
 
 Reason whyNotTakenAway(const History& history, const Loss& loss) {
