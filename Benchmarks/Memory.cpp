@@ -38,9 +38,9 @@ Trial heldByTheHost(std::int64_t clips) {
 }
 
 const CaseGroup group({
-    {"memory, of a moment/component", usualSizes(), heldByTheComponent},
-    {"memory, after events/component", {65'600, 100'100, 131'200}, heldAfterEvents},
-    {"memory, of a moment/host", usualSizes(), heldByTheHost},
+    {"memory, of a moment/component", usualSizes(), heldByTheComponent, Counted::nothing},
+    {"memory, after events/component", {65'600, 100'100, 131'200}, heldAfterEvents, Counted::nothing},
+    {"memory, of a moment/host", usualSizes(), heldByTheHost, Counted::nothing},
 });
 
 }  // namespace

@@ -25,11 +25,19 @@ struct Trial {
 
 /// Whose instructions are counted: those of the whole, and those of single jobs of the main thread.
 enum class Counted : std::uint8_t {
+    nothing,
     whole,
     wholeAndJobs,
     wholeAndGrowingJobs,  ///< of the jobs the first one and those that take a large block of memory
     growingJobs,          ///< the same without the whole
 };
+
+[[nodiscard]] constexpr bool countsWhole(Counted counted) {
+    return counted != Counted::nothing && counted != Counted::growingJobs;
+}
+[[nodiscard]] constexpr bool countsJobs(Counted counted) {
+    return counted != Counted::nothing && counted != Counted::whole;
+}
 
 /// "what/component" and "what/floor" are the two sides of one row.
 struct Case {

@@ -80,14 +80,14 @@ void countJobs(const Case& counted, std::int64_t size) {
     trial.watched->watchMainJobs({}, {});
 }
 
-template <typename Count>
-bool forEachCase(std::string_view filter, Counted unlike, const Count& countIn) {
-    for (const Case& counted : allCases()) {
-        if (counted.counted == unlike || counted.name.find(filter) == std::string::npos) {
+template <typename Counts, typename Count>
+bool forEachCase(std::string_view filter, const Counts& counts, const Count& countIn) {
+    for (const Case& measured : allCases()) {
+        if (!counts(measured.counted) || measured.name.find(filter) == std::string::npos) {
             continue;
         }
-        for (const std::int64_t size : counted.sizes) {
-            countIn(counted, size);
+        for (const std::int64_t size : measured.sizes) {
+            countIn(measured, size);
         }
     }
     return true;
@@ -95,10 +95,8 @@ bool forEachCase(std::string_view filter, Counted unlike, const Count& countIn) 
 
 }  // namespace
 
-bool countInstructions(std::string_view filter) { return forEachCase(filter, Counted::growingJobs, count); }
-bool countInstructionsOfJobs(std::string_view filter) {
-    return forEachCase(filter, Counted::whole, countJobs);
-}
+bool countInstructions(std::string_view filter) { return forEachCase(filter, countsWhole, count); }
+bool countInstructionsOfJobs(std::string_view filter) { return forEachCase(filter, countsJobs, countJobs); }
 
 #else
 

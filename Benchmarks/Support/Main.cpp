@@ -3,7 +3,7 @@
 //   SynchroniserBenchmarks [Google Benchmark's options]
 //   valgrind --tool=callgrind --instr-atstart=no SynchroniserBenchmarks --instructions [FILTER]
 //   valgrind --tool=callgrind --instr-atstart=no SynchroniserBenchmarks --instructions-of-jobs [FILTER]
-//   SynchroniserBenchmarks --list          the cases, each as "name/size"
+//   SynchroniserBenchmarks --list    the cases, each as "name/size", and which instructions of it are counted: whole, jobs
 
 #include "Benchmarks/Support/Case.hpp"
 #include "Benchmarks/Support/Instructions.hpp"
@@ -20,7 +20,9 @@ namespace {
 void list() {
     for (const auto& entry : Benchmarks::allCases()) {
         for (const auto size : entry.sizes) {
-            std::cout << entry.name << '/' << size << '\n';
+            std::cout << entry.name << '/' << size << '\t'
+                      << (Benchmarks::countsWhole(entry.counted) ? "whole " : "")
+                      << (Benchmarks::countsJobs(entry.counted) ? "jobs" : "") << '\n';
         }
     }
 }

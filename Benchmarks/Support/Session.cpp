@@ -74,7 +74,7 @@ PlainMoment::updateOnTimeline(const std::shared_ptr<RemoteCoding::TimelineProtoc
 }
 
 std::shared_ptr<PlainMoment> PlainMoment::shifted() const {
-    return std::make_shared<PlainMoment>(identifier_, code_, start_ + 1, notes_);
+    return std::make_shared<PlainMoment>(identifier_, code_, start_ + 1, label_, notes_);
 }
 
 std::shared_ptr<RemoteCoding::TaggingSessionServiceProtocol> PlainLibrary::makeTaggingSessionService() {
@@ -97,7 +97,7 @@ Moments makeMoments(std::int64_t first, std::int64_t count) {
     for (std::int64_t number = first; number < first + count; ++number) {
         ReferenceHost::UUIDSource ids(static_cast<std::uint64_t>(number) + 1);
         moments.push_back(std::make_shared<PlainMoment>(ids.makeUUID(), rowName(number % rowsOfATimeline),
-                                                        static_cast<double>(number),
+                                                        static_cast<double>(number), "attack",
                                                         "left wing, second half"));
     }
     return moments;

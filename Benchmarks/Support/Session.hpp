@@ -18,10 +18,11 @@ inline constexpr std::int64_t rowsOfATimeline = 40;
 /// A moment that does to a timeline just what has to be done: one edit, and nothing around it.
 class PlainMoment final : public RemoteCoding::MomentItem {
 public:
-    PlainMoment(std::string identifier, std::string code, double start, std::string notes)
+    PlainMoment(std::string identifier, std::string code, double start, std::string label, std::string notes)
         : identifier_(std::move(identifier)),
           code_(std::move(code)),
           start_(start),
+          label_(std::move(label)),
           notes_(std::move(notes)) {}
 
     [[nodiscard]] const std::string& identifier() const override { return identifier_; }
@@ -39,6 +40,7 @@ private:
     std::string identifier_;
     std::string code_;
     double start_;
+    std::string label_;  ///< the reference host's clips have none
     std::string notes_;
 };
 
