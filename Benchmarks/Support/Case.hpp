@@ -28,8 +28,7 @@ enum class Counted : std::uint8_t {
     nothing,
     whole,
     wholeAndJobs,
-    wholeAndGrowingJobs,  ///< of the jobs the first one and those that take a large block of memory
-    growingJobs,          ///< the same without the whole
+    growingJobs,  ///< the first one and those that take a large block of memory, and not the whole
 };
 
 [[nodiscard]] constexpr bool countsWhole(Counted counted) {
