@@ -1,17 +1,16 @@
-// node --expose-gc measure.mjs PEER: prints what one peer takes for one clip, as JSON.
+// node measure.mjs PEER make FILE:          writes the updates that one peer makes of the clips
+// node --expose-gc measure.mjs PEER FILE:   prints what it takes the peer to apply them, for one clip, as JSON
 //
-// The updates are made in a process of its own: what their source holds, or has let go of, does not count.
+// In two processes: what the updates' source holds, or has let go of, does not count.
 
-import { execFileSync } from "node:child_process";
-import { mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
-import { tmpdir } from "node:os";
+import { readFileSync, writeFileSync } from "node:fs";
 import { join } from "node:path";
 import { fileURLToPath } from "node:url";
 import { deserialize, serialize } from "node:v8";
 
 import { clips, events, someClip } from "./clips.mjs";
 
-const [, script, peer, makeInto] = process.argv;
+const [, , peer, ...rest] = process.argv;
 const { Source, Replica } = await import(`./${peer}.mjs`);
 
 function makeUpdates() {
@@ -57,16 +56,13 @@ function expect(condition, what) {
     }
 }
 
-if (makeInto !== undefined) {
-    writeFileSync(makeInto, serialize(makeUpdates()));
-    process.exit(0);
+if (rest[0] === "make") {
+    writeFileSync(rest[1], serialize(makeUpdates()));
+} else {
+    measure(deserialize(readFileSync(rest[0])));
 }
 
-const folder = mkdtempSync(join(tmpdir(), "peers-"));
-try {
-    const file = join(folder, "updates");
-    execFileSync(process.execPath, [fileURLToPath(import.meta.url), peer, file]);
-    const updates = deserialize(readFileSync(file));
+function measure(updates) {
     expect(updates.inserts.length === events && updates.edits.length === events, "one update an edit");
 
     // The first replica pays for the compilation; it is kept, so that what is measured finds no room that it has left.
@@ -107,6 +103,4 @@ try {
             bytes,
         }),
     );
-} finally {
-    rmSync(folder, { recursive: true });
 }
