@@ -38,6 +38,12 @@ public:
         }
     }
 
+    /// Also when nobody waits any more.
+    [[nodiscard]] bool isAnswered() const {
+        const std::lock_guard lock(mutex_);
+        return isAbandoned_ || result_;
+    }
+
     void abandon() noexcept {
         const std::lock_guard lock(mutex_);
         isAbandoned_ = true;
@@ -59,7 +65,7 @@ private:
         waiting_.resume();
     }
 
-    std::mutex mutex_;
+    mutable std::mutex mutex_;
     TaskContext context_;
     std::coroutine_handle<> waiting_;
     std::optional<Result<Value>> result_;
@@ -72,8 +78,10 @@ class DroppedCompletionGuard {
 public:
     explicit DroppedCompletionGuard(std::shared_ptr<PendingCall<Value>> call) : call_(std::move(call)) {}
     ~DroppedCompletionGuard() {
-        PendingCall<Value>::answer(
-            call_, failure<Value>(std::runtime_error("The call was dropped without an answer")));
+        if (!call_->isAnswered()) {
+            PendingCall<Value>::answer(
+                call_, failure<Value>(std::runtime_error("The call was dropped without an answer")));
+        }
     }
     DroppedCompletionGuard(const DroppedCompletionGuard&) = delete;
     DroppedCompletionGuard& operator=(const DroppedCompletionGuard&) = delete;
