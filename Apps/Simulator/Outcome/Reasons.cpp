@@ -118,8 +118,11 @@ Reason explain(const History& history, const Loss& loss) {
         if (const Reason reason = whyClipDiffers(history, loss)) {
             return reason;
         }
-        return loss.kind == LossKind::clipUnsent ? whyNeverNamed(history, loss)
-                                                 : whyOfBroughtBack(history, loss);
+        if (loss.kind != LossKind::clipUnsent) {
+            return whyOfBroughtBack(history, loss);
+        }
+        const Reason reason = whyNeverNamed(history, loss);
+        return reason ? reason : whyNeverPublished(history, loss);
     }
     if (loss.kind == LossKind::clipDoubled) {
         const Reason reason = whyClipEditIsLost(history, loss);

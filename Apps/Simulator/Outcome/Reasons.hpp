@@ -53,6 +53,9 @@ using Reason = std::optional<LossClass>;
 /// The timeline's first fetch has failed, and there was no other.
 [[nodiscard]] Reason whyNeverFetched(const History& history, const Loss& loss);
 
+/// The clip is older than the stay that publishes its timeline, and every upload of that stay has failed.
+[[nodiscard]] Reason whyNeverPublished(const History& history, const Loss& loss);
+
 /// The cloud has a moment for the clip, and the clip's own timeline does not know of it.
 [[nodiscard]] Reason whyNeverNamed(const History& history, const Loss& loss);
 

@@ -103,4 +103,16 @@ Reason whyNotSent(const History& history, const UserEdit& edit, std::string_view
     return std::nullopt;
 }
 
+Reason whyNeverPublished(const History& history, const Loss& loss) {
+    const StayHistory& stay = history.stays[loss.stay];
+    const UserEdit* const edit = lastEditOf(history, stay.stay->timelineId, {loss.clip});
+    const bool isOlder = edit == nullptr || edit->at < stay.stay->from;
+    const bool everyUploadFailed =
+        !stay.uploads.empty() && std::ranges::all_of(stay.uploads, [](const Upload& upload) {
+            return upload.end != never && !upload.succeeded;
+        });
+    return stay.stay->isHost && stay.stay->lasts && isOlder && everyUploadFailed ? Reason(LossClass::waiting)
+                                                                                 : std::nullopt;
+}
+
 }  // namespace Simulator
