@@ -1,5 +1,6 @@
 #include "Base/UUID.hpp"
 
+#include <array>
 #include <cstddef>
 
 namespace Base {
@@ -59,14 +60,11 @@ std::optional<UUID> UUID::parse(std::string_view text) {
 
 std::string UUID::text() const {
     constexpr std::string_view digits = "0123456789abcdef";
+    constexpr std::array<std::uint8_t, 16> places{0, 2, 4, 6, 9, 11, 14, 16, 19, 21, 24, 26, 28, 30, 32, 34};
     std::string text(textLength, '-');
-    std::size_t place = 0;
-    for (const auto byte : bytes_) {
-        if (isHyphenPlace(place)) {
-            ++place;
-        }
-        text[place++] = digits[byte >> 4];
-        text[place++] = digits[byte & 0x0F];
+    for (std::size_t index = 0; index < places.size(); ++index) {
+        text[places[index]] = digits[bytes_[index] >> 4];
+        text[places[index] + std::size_t{1}] = digits[bytes_[index] & 0x0F];
     }
     return text;
 }
