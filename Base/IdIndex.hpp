@@ -74,9 +74,8 @@ private:
         Position position = none;
     };
 
-    /// Eight bytes at a time, the last eight of all once more where they do not come out even. An odd factor and a shift after each
-    /// of them: as long as the rest is the same, other bytes give another hash. Identifiers have some forty bytes, and
-    /// most of the work for a moment would else be that of `std::hash`.
+    /// Eight bytes at a time, and at the end the last eight again, which takes in what is left over. Texts that have the same hash
+    /// cost a comparison, no more.
     [[nodiscard]] static std::uint32_t hashOf(std::string_view text) {
         std::uint64_t hash = text.size();
         const auto add = [&](const char* bytes, std::size_t count) {

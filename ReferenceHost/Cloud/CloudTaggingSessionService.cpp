@@ -149,7 +149,8 @@ void CloudTaggingSessionService::savePresentationView(const std::string& teamId,
             completion(std::move(saved));
         };
     }
-    // A first list holds all edits. That is why the rows are read after them, and those of now: these may have been captured before.
+    // A session's first list counts as having all these edits. So the rows are read after the edits, and from the timeline: the
+    // given ones may be older.
     rows = timeline && edits ? timeline->allRows() : rows;
     auto codes = std::make_shared<std::vector<CodeRecord>>();
     codes->reserve(rows->size());

@@ -67,7 +67,8 @@ bool isOutdated(const RowEdit& edit, const NumberedRowEdits& taken) {
            });
 }
 
-/// The row loses its name. What was done to another one that has got it since, was done to this one.
+/// The row loses its name. Later edits under that name were meant for another row, and the list has made them to this one: they are
+/// made again.
 void applyAgain(const RowEdit& edit, const NumberedRowEdits& taken, Codes& codes) {
     const std::string& name = edit.kind == Kind::rename ? edit.oldName : edit.name;
     for (auto later = taken.upper_bound(edit.number); later != taken.end(); ++later) {

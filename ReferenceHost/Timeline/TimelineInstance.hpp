@@ -97,8 +97,8 @@ private:
     /// Writes the id without telling the timeline.
     void writeExternalId(std::optional<std::string> externalId);
 
-    /// One of some that all clips share: its own would be a sixth of the object. The main thread, which alone writes what it
-    /// guards, reads that without it.
+    /// One of some that all clips share: its own would be a sixth of the object. Whoever holds it asks no other clip, which may
+    /// have the same. The main thread alone writes the numbers, the values and the `externalId`, and reads these without it.
     [[nodiscard]] const Base::ObjectLock& lock() const;
 
     /// `ofName`: the edit that gave the clip's row its name.

@@ -34,7 +34,16 @@ Reason whyNoListFollowed(const History& history, const UserEdit& removal) {
                                upload.start < call.at && call.at < upload.end && !upload.succeeded;
                     });
     }
-    if (!hasFailed) {
+    // One that has succeeded since had no deletion to tell of any more only if the failed one's was accepted.
+    const bool wasRepeated = std::ranges::any_of(stay.uploads, [&](const Upload& upload) {
+        return upload.covers(removal.count) && removal.at < upload.start && upload.succeeded;
+    });
+    const bool wasAccepted = std::ranges::any_of(stay.calls, [&](std::size_t number) {
+        const Call& call = history.calls[number];
+        return call.name == "removeMoments" && call.at > removal.at && call.accepted != nullptr &&
+               std::ranges::find_first_of(call.ids, removal.moments) != call.ids.end();
+    });
+    if (!hasFailed || (wasRepeated && !wasAccepted)) {
         return std::nullopt;
     }
     return stay.stay->lasts && !stay.stay->isClosed ? LossClass::passedOver : LossClass::left;

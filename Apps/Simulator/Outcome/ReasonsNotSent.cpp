@@ -107,12 +107,14 @@ Reason whyNeverPublished(const History& history, const Loss& loss) {
     const StayHistory& stay = history.stays[loss.stay];
     const UserEdit* const edit = lastEditOf(history, stay.stay->timelineId, {loss.clip});
     const bool isOlder = edit == nullptr || edit->at < stay.stay->from;
+    // Each of all that the timeline has: nothing counted as sent, or as applied, before it.
     const bool everyUploadFailed =
         !stay.uploads.empty() && std::ranges::all_of(stay.uploads, [](const Upload& upload) {
-            return upload.end != never && !upload.succeeded;
+            return upload.end != never && !upload.succeeded && upload.first == 1;
         });
-    return stay.stay->isHost && stay.stay->lasts && isOlder && everyUploadFailed ? Reason(LossClass::waiting)
-                                                                                 : std::nullopt;
+    return stay.stay->isHost && stay.stay->lasts && !stay.stay->isClosed && isOlder && everyUploadFailed
+               ? Reason(LossClass::waiting)
+               : std::nullopt;
 }
 
 }  // namespace Simulator

@@ -95,7 +95,7 @@ private:
     using Position = Base::IdIndex::Position;
     static constexpr Position nowhere = UINT32_MAX;
 
-    /// A moment and an instance that were cached together. Kept while any of the three says something that is not said anew. In
+    /// A moment and an instance that were cached together. Kept while one of its three flags is set. In
     /// two cache lines, never three.
     struct alignas(32) UploadedMoment {
         [[nodiscard]] std::string_view momentId() const { return ids.first(); }

@@ -5,8 +5,8 @@
 
 namespace RemoteCoding {
 
-/// The rows as they were read last. Names are copies: while one sub-view after the other finds the same rows, each is asked for
-/// its name once.
+/// The rows as they were read last, with those of their names that were asked for, which are copies. They are kept from the second
+/// search on: after a change another change mostly follows.
 class TimelineUploadService::NamedRows {
 public:
     /// Where the first row of that name stands now; absent when there is none.
